@@ -1,0 +1,28 @@
+# Compiler settings of the project's own code, and the rule that a room is seen only by those that link it.
+
+add_library(orlune_options INTERFACE)
+target_compile_options(orlune_options INTERFACE -Wall -Wextra -Werror)
+target_compile_definitions(orlune_options INTERFACE QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
+# Curve arithmetic rounds once an operation; the other rooms lose nothing by it.
+target_compile_options(orlune_options INTERFACE -ffp-contract=off)
+if(ORLUNE_SANITIZE)
+    add_compile_options(-fsanitize=${ORLUNE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${ORLUNE_SANITIZE})
+endif()
+
+# orlune_room_headers(TARGET SCOPE FOLDER [FILE...]): whoever links TARGET may write #include "FOLDER/x.h" for the
+# files named, or for every file of this folder where none is named. The include path holds nothing else, so a
+# room that is not linked cannot be included.
+function(orlune_room_headers target scope folder)
+    set(root ${CMAKE_BINARY_DIR}/rooms/${target})
+    if(ARGN)
+        file(MAKE_DIRECTORY ${root}/${folder})
+        foreach(header ${ARGN})
+            file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${header} ${root}/${folder}/${header} COPY_ON_ERROR SYMBOLIC)
+        endforeach()
+    else()
+        file(MAKE_DIRECTORY ${root})
+        file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${folder} COPY_ON_ERROR SYMBOLIC)
+    endif()
+    target_include_directories(${target} ${scope} ${root})
+endfunction()

@@ -1,0 +1,1 @@
+#include "curve/BezierCurve.h"
