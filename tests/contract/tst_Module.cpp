@@ -108,6 +108,7 @@ void tst_Module::beforeInit()
     plugin->UninitPlugin();
     destroy(plugin);
     destroy(nullptr);
+    library.unload();
 }
 
 void tst_Module::texts_data()
@@ -213,7 +214,8 @@ void tst_Module::failedInit()
     host.send(MSG_SHOW_DIALOG);
     host.wheel("objGammaSlider", {0, 120});
     QCOMPARE(host.messages, QVector<int>());
-    QVERIFY(camera.log.filter("LUTValueAll").isEmpty());
+    if (trouble == "probe")
+        QVERIFY(camera.log.filter("LUTValueAll").isEmpty());
     host.plugin->UninitPlugin();
     QVERIFY(!host.parent.findChild<QDialog*>());
     // The object can be started again.
