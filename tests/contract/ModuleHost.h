@@ -116,6 +116,7 @@ public:
     void type(const char* edit, const QString& text, Qt::Key end = Qt::Key_Return)
     {
         auto& widget = find<QLineEdit>(edit);
+        QApplication::setActiveWindow(dialog); // a box may have taken that, and no window manager gives it back
         QTest::mouseClick(&widget, Qt::LeftButton);
         widget.setFocus();
         QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
