@@ -270,13 +270,16 @@ int CBezierCurve::CreateGammaLut(double gamma, std::int32_t bits, std::int32_t* 
     const double last = n - 1;
     const double exponent = 1.0 / std::fabs(gamma); // a negative zero is a zero
     if (exponent == 1.0) {
-        // What the loop below gives too, as pow(x, 1.0) is x.
+        // What the formula gives too, as pow(x, 1.0) is x.
         for (std::int32_t i = 0; i < n; ++i)
             out[i] = std::int32_t(i / last * last);
     } else if (exponent <= kMaxSpreadExponent) {
         SpreadPowers(exponent, n, out);
     } else {
-        for (std::int32_t i = 0; i < n; ++i)
+        // So steep a curve is 0 up to where it reaches 1, near its end.
+        const std::int32_t flat = std::int32_t(std::pow(1.0 / last, 1.0 / exponent) * last * 0.999);
+        std::fill_n(out, flat, 0);
+        for (std::int32_t i = flat; i < n; ++i)
             out[i] = std::int32_t(std::pow(i / last, exponent) * last);
     }
     return kSuccess;
