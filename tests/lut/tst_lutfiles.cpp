@@ -245,7 +245,6 @@ void TestLutFiles::NoRegularFile_data()
     QTest::newRow("pipe") << "pipe";
     QTest::newRow("link to a pipe") << "link";
     QTest::newRow("endless device") << "/dev/zero";
-    QTest::newRow("full device") << "/dev/full";
     QTest::newRow("name too long") << QString(5000, 'x');
 }
 
@@ -265,6 +264,8 @@ void TestLutFiles::NoRegularFile()
     QCOMPARE(ReadCsvFile(path, current, base), int(kOpenFailed));
     QVERIFY(Same(current, Filled(1)));
     QVERIFY(Same(base, Filled(2)));
+    if (path.startsWith("/dev/"))
+        return; // a fault here must not cost root's machine a device
     QCOMPARE(WriteLutFile(path, current, true), int(kOpenFailed));
     QCOMPARE(WriteCsvFile(path, current), int(kOpenFailed));
     QVERIFY(!QFileInfo(path).isFile());
