@@ -21,8 +21,8 @@ enum PluginMsgType : std::int32_t {
     MSG_DEVICE_ACCESS_END = 10,   // plug-in to host: the camera access is over
     MSG_DEVICE_ACCESS_BEGIN = 11, // plug-in to host: parameters are locked and an access follows; free the
                                   // camera before the signal's handler returns
-    MSG_DIALOG_HIDDEN = 1001, // plug-in to host: the dialog is being hidden
-    MSG_DIALOG_SHOWN = 1002   // plug-in to host: the dialog is being shown
+    MSG_DIALOG_HIDDEN = 1001,     // plug-in to host: the dialog is being hidden
+    MSG_DIALOG_SHOWN = 1002       // plug-in to host: the dialog is being shown
 };
 
 #pragma pack(push, 4)
