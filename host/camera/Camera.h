@@ -46,6 +46,12 @@ public:
     virtual QString startStream() = 0;
     virtual void stopStream() = 0;
     virtual bool isStreaming() const = 0;
+    // Frames that the camera sent since the stream was started and that did not arrive whole.
+    virtual quint64 lostFrames() const { return 0; }
+
+    // Opens the connection to the camera anew, after a loss or at any time; the node maps stay. The stream is off
+    // then. Empty, or one sentence that says why the camera is lost.
+    virtual QString reconnect() { return tr("This camera has no connection that could be made anew."); }
 
     // For scripts and bug reports: bytes of the LUT register, and of the stored user set's copy of it; empty
     // with a sentence in *error when there is none. pokeRegister loads bytes below the nodes, whatever their
