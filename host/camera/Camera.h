@@ -29,6 +29,9 @@ public:
     // Names the camera to a person: model, and address where it has one.
     virtual QString name() const = 0;
 
+    // What a person should know about how this camera was opened, a sentence each.
+    virtual QStringList warnings() const { return {}; }
+
     // Node maps, owned by the camera. The device map holds DeviceDisplayName and may be null.
     virtual GenApi_3_0::INodeMap* deviceNodeMap() = 0;
     virtual GenApi_3_0::INodeMap* remoteNodeMap() = 0;
