@@ -49,8 +49,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
 
     QCommandLineParser parser;
     parser.setApplicationDescription("A camera viewer that loads the Orlune plug-in.");
-    parser.addOptions({camera, lutBytes, language, plugin, frames, pixelFormat, size, state, script});
-    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption help({"h", "help"}, "Prints this help.");
+    parser.addOptions({camera, lutBytes, language, plugin, frames, pixelFormat, size, state, script, help});
     const QCommandLineOption version = parser.addVersionOption();
 
     if (!parser.parse(arguments))

@@ -88,12 +88,16 @@ int main(int argc, char* argv[])
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication app(argc, argv);
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments += QFile::decodeName(argv[i]);
+    int qtArguments = 1; // Qt would take --plugin for an option of its own
+    QApplication app(qtArguments, argv);
     QApplication::setOrganizationName("Orlune");
     QApplication::setApplicationName("orlune-host");
 
     const QDir directory = QDir::current();
-    const host::ParsedCommandLine parsed = host::parseCommandLine(QApplication::arguments(), directory.path());
+    const host::ParsedCommandLine parsed = host::parseCommandLine(arguments, directory.path());
     using Outcome = host::ParsedCommandLine::Outcome;
     if (parsed.outcome == Outcome::Wrong)
         return fail(kWrongInput, parsed.text);
