@@ -48,7 +48,8 @@ void applyStyle()
 
 void applyColours(Colours colours)
 {
-    QApplication::setPalette(colours == Colours::Dark ? darkPalette() : QApplication::style()->standardPalette());
+    QApplication::setPalette(colours == Colours::Dark ? darkPalette()
+                                                      : QApplication::style()->standardPalette());
     QToolTip::setPalette(QApplication::palette());
 }
 

@@ -81,7 +81,8 @@ std::unique_ptr<Camera> openCamera(const CameraRequest& request, QString* error)
         complete.camera = kinds().constFirst().entry.key;
     const Kind* kind = findKind(complete.camera);
     if (!kind) {
-        *error = QString("There is no camera \"%1\"; there are %2.").arg(complete.camera, cameraKeys().join(", "));
+        *error =
+            QString("There is no camera \"%1\"; there are %2.").arg(complete.camera, cameraKeys().join(", "));
         return nullptr;
     }
     return kind->open(complete, error);

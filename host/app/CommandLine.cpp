@@ -38,8 +38,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
     const QCommandLineOption language("language", "Language of the plug-in: en or zh.", "LANGUAGE", "en");
     const QCommandLineOption plugin("plugin", "Module to load instead of Orlune.plx beside the application.",
                                     "PATH");
-    const QCommandLineOption frames("frames", "What the camera sees: chart, ramp, a picture, or a folder of pictures.",
-                                    "SCENE");
+    const QCommandLineOption frames(
+        "frames", "What the camera sees: chart, ramp, a picture, or a folder of pictures.", "SCENE");
     const QCommandLineOption pixelFormat("pixel-format", "Format of the frames, for instance BayerRG12.",
                                          "NAME");
     const QCommandLineOption size("size", "Size of the frames in pixels.", "WxH");
@@ -95,8 +95,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
     if (parser.isSet(size)) {
         options.camera.size = parseSize(parser.value(size));
         if (options.camera.size.isEmpty())
-            return wrong(QString("--size takes a width and a height from 1 to %1, as in 640x480.")
-                             .arg(kMaxFrameSide));
+            return wrong(
+                QString("--size takes a width and a height from 1 to %1, as in 640x480.").arg(kMaxFrameSide));
     }
     const QString languageName = parser.value(language);
     if (languageName != "en" && languageName != "zh")

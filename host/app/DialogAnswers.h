@@ -1,5 +1,5 @@
-// Sits in front of the application while a script runs, and does what a person would do with a dialog that waits:
-// closes message boxes, and answers file dialogs.
+// Sits in front of the application while a script runs, and does what a person would do with a dialog that
+// waits: closes message boxes, and answers file dialogs.
 #ifndef ORLUNE_HOST_APP_DIALOGANSWERS_H
 #define ORLUNE_HOST_APP_DIALOGANSWERS_H
 
@@ -21,8 +21,8 @@ class DialogAnswers : public QObject
 public:
     explicit DialogAnswers(Transcript& transcript);
 
-    // The answer to the next file dialog that has none yet: shown as the transcript shows it, and the absolute path,
-    // empty to cancel. A dialog without an answer is cancelled.
+    // The answer to the next file dialog that has none yet: shown as the transcript shows it, and the
+    // absolute path, empty to cancel. A dialog without an answer is cancelled.
     void answerFile(const QString& shown, const QString& path);
 
     // Answers that no dialog has asked for, as they are shown.

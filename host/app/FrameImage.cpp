@@ -27,8 +27,8 @@ class Bytes
 {
 public:
     Bytes(const Frame& frame, const PixelFormat& format)
-        : m_pixels(frame.pixels.data()), m_width(std::size_t(frame.width)), m_wide(format.bytesPerPixel() == 2),
-          m_top(format.maxValue()), m_shift(format.bits - 8)
+        : m_pixels(frame.pixels.data()), m_width(std::size_t(frame.width)),
+          m_wide(format.bytesPerPixel() == 2), m_top(format.maxValue()), m_shift(format.bits - 8)
     {
     }
 
@@ -61,8 +61,8 @@ QImage greyImage(const Frame& frame, const Bytes& bytes)
     return image;
 }
 
-// Each pixel of a 2 x 2 tile gets the tile's red, its blue and the mean of its greens; an odd last line or column
-// borrows the tile before it.
+// Each pixel of a 2 x 2 tile gets the tile's red, its blue and the mean of its greens; an odd last line or
+// column borrows the tile before it.
 QImage bayerImage(const Frame& frame, const PixelFormat& format, const Bytes& bytes)
 {
     QImage image(frame.width, frame.height, QImage::Format_RGB32);
@@ -76,9 +76,15 @@ QImage bayerImage(const Frame& frame, const PixelFormat& format, const Bytes& by
                 for (int tileX = left; tileX < left + 2; ++tileX) {
                     const int value = bytes.at(tileX, tileY);
                     switch (format.colourAt(tileX, tileY)) {
-                    case 'R': red = value; break;
-                    case 'G': green += value; break;
-                    default: blue = value; break;
+                    case 'R':
+                        red = value;
+                        break;
+                    case 'G':
+                        green += value;
+                        break;
+                    default:
+                        blue = value;
+                        break;
                     }
                 }
             }

@@ -2,16 +2,16 @@
 #ifndef ORLUNE_HOST_APP_FRAMEIMAGE_H
 #define ORLUNE_HOST_APP_FRAMEIMAGE_H
 
-#include <QImage>
 #include <QIODevice>
+#include <QImage>
 
 #include "host/camera/Frame.h"
 #include "host/frames/PixelFormat.h"
 
 namespace host {
 
-// Grey, or the colours of the Bayer tile that each pixel lies in; 8 bits a channel, the leading ones. Null when
-// the frame's buffer is too short.
+// Grey, or the colours of the Bayer tile that each pixel lies in; 8 bits a channel, the leading ones. Null
+// when the frame's buffer is too short.
 QImage frameImage(const Frame& frame, const PixelFormat& format);
 
 // The pixels as they are, Bayer formats undone, as a binary PGM of the format's depth: 16-bit words, most

@@ -1,5 +1,5 @@
-// Hands the latest frame from the frame thread to the GUI thread. It holds one frame: a GUI that cannot keep up
-// misses frames, and nothing piles up.
+// Hands the latest frame from the frame thread to the GUI thread. It holds one frame: a GUI that cannot keep
+// up misses frames, and nothing piles up.
 #ifndef ORLUNE_HOST_APP_FRAMEMAILBOX_H
 #define ORLUNE_HOST_APP_FRAMEMAILBOX_H
 
@@ -17,11 +17,11 @@ namespace host {
 struct ShownFrame
 {
     Frame before;
-    Frame after; // equal to before unless mapped
+    Frame after;                         // equal to before unless mapped
     const PixelFormat* format = nullptr; // null: not one that the viewer knows, and nothing is counted
-    bool mapped = false;           // by the plug-in
-    int mappingCode = 0;           // ProcessFrame's
-    std::int64_t mappingNanos = 0; // time that ProcessFrame took
+    bool mapped = false;                 // by the plug-in
+    int mappingCode = 0;                 // ProcessFrame's
+    std::int64_t mappingNanos = 0;       // time that ProcessFrame took
     Histogram codesBefore;
     Histogram codesAfter;
     MappingLoss loss;

@@ -1,4 +1,5 @@
-// The road of a frame on the camera's frame thread: through the plug-in, through the counting, into the mailbox.
+// The road of a frame on the camera's frame thread: through the plug-in, through the counting, into the
+// mailbox.
 #ifndef ORLUNE_HOST_APP_FRAMEPIPELINE_H
 #define ORLUNE_HOST_APP_FRAMEPIPELINE_H
 

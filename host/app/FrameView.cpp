@@ -10,8 +10,8 @@ namespace host {
 
 namespace {
 
-constexpr int kGap = 4;        // between two pictures
-constexpr int kSplitGrip = 5;  // how near the mouse has to be to the split to drag it
+constexpr int kGap = 4;       // between two pictures
+constexpr int kSplitGrip = 5; // how near the mouse has to be to the split to drag it
 constexpr int kTitleMargin = 6;
 
 } // namespace
@@ -29,7 +29,8 @@ void FrameView::setFrame(std::shared_ptr<const ShownFrame> frame)
     m_reason.clear();
     m_before = m_after = QImage();
     if (!m_frame->format) {
-        m_reason = tr("Frames of pixel format 0x%1 cannot be shown.").arg(m_frame->before.pixelFormat, 8, 16, QChar('0'));
+        m_reason = tr("Frames of pixel format 0x%1 cannot be shown.")
+                       .arg(m_frame->before.pixelFormat, 8, 16, QChar('0'));
     } else {
         m_after = frameImage(m_frame->after, *m_frame->format);
         m_before = m_frame->mapped ? frameImage(m_frame->before, *m_frame->format) : m_after;

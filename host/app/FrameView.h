@@ -66,8 +66,8 @@ private:
     QImage m_after;
     Layout m_layout = Layout::After;
     Zoom m_zoom = Zoom::Fit;
-    QPointF m_offset;      // of the picture from the middle, at full scale
-    qreal m_split = 0.5;   // share of the width that shows the frame before
+    QPointF m_offset;    // of the picture from the middle, at full scale
+    qreal m_split = 0.5; // share of the width that shows the frame before
     bool m_dragsSplit = false;
     QPoint m_dragStart;
     QPoint m_mouse{-1, -1};

@@ -9,7 +9,8 @@
 
 namespace host {
 
-// counts[c] pixels have code c; 2 to the power bits codes. A pixel word above the last code counts as the last.
+// counts[c] pixels have code c; 2 to the power bits codes. A pixel word above the last code counts as the
+// last.
 struct Histogram
 {
     std::vector<std::uint32_t> counts;
@@ -17,8 +18,8 @@ struct Histogram
     int usedCodes() const; // codes that at least one pixel has
 };
 
-// bits is 8, 10 or 12, and decides the width of a pixel as Frame.h has it. Pixels that the frame's buffer is too
-// short for are not counted.
+// bits is 8, 10 or 12, and decides the width of a pixel as Frame.h has it. Pixels that the frame's buffer is
+// too short for are not counted.
 Histogram countCodes(const Frame& frame, int bits);
 
 // Shares, 0 to 1, of the codes that occur before the mapping; both 0 for a frame without pixels.

@@ -39,7 +39,8 @@ void HistogramView::paintEvent(QPaintEvent*)
     const QRect area = frame.adjusted(1, 1, 0, 0);
     const auto& counts = m_histogram.counts;
     if (!counts.empty() && area.width() > 0) {
-        // Fewer codes than columns: a column each code, so that unused codes show as gaps and nothing else does.
+        // Fewer codes than columns: a column each code, so that unused codes show as gaps and nothing else
+        // does.
         const int columns = std::min<int>(area.width(), int(counts.size()));
         const std::vector<std::uint32_t> peaks = columnPeaks(counts, columns);
         const double full = std::log1p(double(*std::max_element(peaks.begin(), peaks.end())));

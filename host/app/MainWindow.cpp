@@ -230,8 +230,7 @@ void MainWindow::buildPluginMenu()
     m_editorAction = menu->addAction(tr("Show &editor"));
     m_editorAction->setCheckable(true);
     m_editorAction->setShortcut(QKeySequence("F4"));
-    connect(m_editorAction, &QAction::triggered, this,
-            [this](bool on) { on ? showEditor() : hideEditor(); });
+    connect(m_editorAction, &QAction::triggered, this, [this](bool on) { on ? showEditor() : hideEditor(); });
 }
 
 // ---- Camera and plug-in
@@ -369,7 +368,8 @@ void MainWindow::showLatestFrame()
 void MainWindow::showRates()
 {
     const quint64 frames = m_session.mailbox().count();
-    const double rate = 1000.0 * double(frames - m_ratedFrames) / double(qMax<qint64>(1, m_rateClock.restart()));
+    const double rate =
+        1000.0 * double(frames - m_ratedFrames) / double(qMax<qint64>(1, m_rateClock.restart()));
     m_ratedFrames = frames;
     m_rates->setText(tr("%1 frames/s   frame path %2 ms")
                          .arg(rate, 0, 'f', 1)

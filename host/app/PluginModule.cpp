@@ -28,7 +28,8 @@ std::unique_ptr<PluginModule> PluginModule::load(const QString& path, QString* e
         return nullptr;
     }
     const auto create = reinterpret_cast<CreatePluginObjectFunction>(library.resolve("CreatePluginObject"));
-    const auto destroy = reinterpret_cast<DestoryPluginObjectFunction>(library.resolve("DestoryPluginObject"));
+    const auto destroy =
+        reinterpret_cast<DestoryPluginObjectFunction>(library.resolve("DestoryPluginObject"));
     if (!create || !destroy) {
         *error = QString("%1 is a library, but no plug-in module: it has no function %2.")
                      .arg(path, create ? "DestoryPluginObject" : "CreatePluginObject");

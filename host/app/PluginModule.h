@@ -16,8 +16,8 @@ class QDialog;
 
 namespace host {
 
-// The two functions of a module. It stays loaded until the process ends: a translator or a resource of its may
-// live as long.
+// The two functions of a module. It stays loaded until the process ends: a translator or a resource of its
+// may live as long.
 class PluginModule
 {
 public:
@@ -26,7 +26,8 @@ public:
     {
     }
 
-    // Null with one sentence in *error when the file is missing, is no library, or is not this kind of plug-in.
+    // Null with one sentence in *error when the file is missing, is no library, or is not this kind of
+    // plug-in.
     static std::unique_ptr<PluginModule> load(const QString& path, QString* error);
 
     IPlugin* create() const { return m_create(); }
@@ -48,7 +49,8 @@ public:
 
     // Starts the plug-in on a camera's maps; both and the parent have to outlive this object. Gives
     // InitPlugin's code; after a failure the object is of no further use but for errorText.
-    int start(GenApi_3_0::INodeMap* deviceMap, GenApi_3_0::INodeMap* remoteMap, bool chinese, QWidget* parent);
+    int start(GenApi_3_0::INodeMap* deviceMap, GenApi_3_0::INodeMap* remoteMap, bool chinese,
+              QWidget* parent);
 
     QString errorText(int code);
     QString displayName();

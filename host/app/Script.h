@@ -1,5 +1,5 @@
-// The text of a script: one command a line, words apart by blanks, "#" starts a comment line. Every line is looked
-// at before the first one is run.
+// The text of a script: one command a line, words apart by blanks, "#" starts a comment line. Every line is
+// looked at before the first one is run.
 //
 //   show, hide                 the plug-in's window
 //   set NAME VALUE             a slider to a number, a combo box to an entry, a button to on or off
@@ -21,8 +21,8 @@
 //   wait MILLISECONDS
 //   quit
 //
-// NAME is a widget's object name. PATH and FILE are relative to the directory that the viewer was started in, and
-// may hold blanks.
+// NAME is a widget's object name. PATH and FILE are relative to the directory that the viewer was started in,
+// and may hold blanks.
 #ifndef ORLUNE_HOST_APP_SCRIPT_H
 #define ORLUNE_HOST_APP_SCRIPT_H
 

@@ -38,8 +38,7 @@ QString fingerprint(const QByteArray& bytes)
 QString writeFile(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
-    const bool written =
-        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
+    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
     return written ? QString() : file.errorString();
 }
 
@@ -50,8 +49,9 @@ ScriptRunner::ScriptRunner(MainWindow& window, Transcript& transcript, const QDi
 {
     const Session& session = window.session();
     connect(&session, &Session::pluginStarted, this, [this](int code, const QString& text) {
-        m_transcript.event(code == 0 ? QString("plug-in started")
-                                     : QString("plug-in did not start: %1 %2").arg(code).arg(Transcript::quoted(text)));
+        m_transcript.event(
+            code == 0 ? QString("plug-in started")
+                      : QString("plug-in did not start: %1 %2").arg(code).arg(Transcript::quoted(text)));
     });
     connect(&session, &Session::pluginMessage, this, [this](int type) {
         m_transcript.event(QString("message %1, %2").arg(type).arg(messageName(type)));
@@ -78,7 +78,8 @@ bool ScriptRunner::run(const Script& script)
             break;
     }
     for (const QString& answer : m_answers.unusedAnswers())
-        m_transcript.event("no file dialog asked for " + (answer.isEmpty() ? QString("the cancelling") : answer));
+        m_transcript.event("no file dialog asked for " +
+                           (answer.isEmpty() ? QString("the cancelling") : answer));
     return true;
 }
 
@@ -301,7 +302,8 @@ void ScriptRunner::wait(int milliseconds)
 
 QWidget* ScriptRunner::findWidget(const QString& name) const
 {
-    for (QWidget* window : {static_cast<QWidget*>(m_window.session().editor()), static_cast<QWidget*>(&m_window)}) {
+    for (QWidget* window :
+         {static_cast<QWidget*>(m_window.session().editor()), static_cast<QWidget*>(&m_window)}) {
         if (!window)
             continue;
         if (window->objectName() == name)

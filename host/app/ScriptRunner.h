@@ -21,12 +21,12 @@ class ScriptRunner : public QObject
     Q_OBJECT
 
 public:
-    // Relative paths of the script are taken as relative to directory. To be made before the window opens its first
-    // camera: what happens then is part of the transcript.
+    // Relative paths of the script are taken as relative to directory. To be made before the window opens its
+    // first camera: what happens then is part of the transcript.
     ScriptRunner(MainWindow& window, Transcript& transcript, const QDir& directory);
 
-    // Runs the commands one after the other, each until all that it caused is over. False when one of them cannot be
-    // done; error() then says which line, and why.
+    // Runs the commands one after the other, each until all that it caused is over. False when one of them
+    // cannot be done; error() then says which line, and why.
     bool run(const Script& script);
     QString error() const { return m_error; }
 

@@ -101,11 +101,16 @@ std::shared_ptr<const ShownFrame> Session::firstFrame(std::chrono::milliseconds 
 QString messageName(int type)
 {
     switch (type) {
-    case MSG_DEVICE_ACCESS_END: return "device access end";
-    case MSG_DEVICE_ACCESS_BEGIN: return "device access begin";
-    case MSG_DIALOG_HIDDEN: return "dialog hidden";
-    case MSG_DIALOG_SHOWN: return "dialog shown";
-    default: return "unknown";
+    case MSG_DEVICE_ACCESS_END:
+        return "device access end";
+    case MSG_DEVICE_ACCESS_BEGIN:
+        return "device access begin";
+    case MSG_DIALOG_HIDDEN:
+        return "dialog hidden";
+    case MSG_DIALOG_SHOWN:
+        return "dialog shown";
+    default:
+        return "unknown";
     }
 }
 

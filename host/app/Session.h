@@ -1,5 +1,5 @@
-// One camera at a time, with a plug-in object of its own, and the rules between them: who stops the stream when,
-// and in which order all is taken down. GUI thread.
+// One camera at a time, with a plug-in object of its own, and the rules between them: who stops the stream
+// when, and in which order all is taken down. GUI thread.
 #ifndef ORLUNE_HOST_APP_SESSION_H
 #define ORLUNE_HOST_APP_SESSION_H
 
@@ -24,9 +24,9 @@ public:
     Session(const PluginModule& module, bool chinese);
     ~Session() override;
 
-    // Closes the present camera, starts a plug-in object on this one and then its stream. pluginParent becomes the
-    // parent of the plug-in's window and has to outlive the camera's time here. What fails is told by the signals;
-    // the camera is then open all the same, with what works.
+    // Closes the present camera, starts a plug-in object on this one and then its stream. pluginParent
+    // becomes the parent of the plug-in's window and has to outlive the camera's time here. What fails is
+    // told by the signals; the camera is then open all the same, with what works.
     void open(std::unique_ptr<Camera> camera, QWidget* pluginParent);
     void close();
 
@@ -40,8 +40,8 @@ public:
     void startStream();
     void stopStream();
 
-    // The first frame of a stream that is started for it, so that it is the same each time; the stream is then on or
-    // off as before. Null when none came in time.
+    // The first frame of a stream that is started for it, so that it is the same each time; the stream is
+    // then on or off as before. Null when none came in time.
     std::shared_ptr<const ShownFrame> firstFrame(std::chrono::milliseconds patience);
 
 signals:

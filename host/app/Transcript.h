@@ -1,5 +1,5 @@
-// What a script did and what happened, one event a line: the same for the same script and program, without times
-// and places, so that two transcripts can be compared.
+// What a script did and what happened, one event a line: the same for the same script and program, without
+// times and places, so that two transcripts can be compared.
 #ifndef ORLUNE_HOST_APP_TRANSCRIPT_H
 #define ORLUNE_HOST_APP_TRANSCRIPT_H
 

@@ -1,7 +1,7 @@
 // orlune-host: opens a camera, the plug-in on it, and the viewer's window; or runs a script on them.
 //
-// Exit codes: 0; 1 when the module, the camera or a file cannot be had; 2 when the command line or a command of the
-// script is wrong. The reason is one sentence on the error output.
+// Exit codes: 0; 1 when the module, the camera or a file cannot be had; 2 when the command line or a command
+// of the script is wrong. The reason is one sentence on the error output.
 
 #include <cstdio>
 #include <memory>
@@ -42,7 +42,8 @@ int runScript(host::MainWindow& window, const host::Options& options, const QDir
         return fail(kFailed, QString("The script %1 cannot be read: %2.").arg(name, file.errorString()));
     const host::Script script = host::parseScript(QString::fromUtf8(file.readAll()));
     if (!script.error.isEmpty())
-        return fail(kWrongInput, QString("%1, line %2: %3").arg(name).arg(script.errorLine).arg(script.error));
+        return fail(kWrongInput,
+                    QString("%1, line %2: %3").arg(name).arg(script.errorLine).arg(script.error));
 
     // File dialogs keep a history of their own in the user's settings; a script neither reads nor writes it.
     const QTemporaryDir settings;
@@ -112,8 +113,9 @@ int main(int argc, char* argv[])
 
     // The plug-in finds its standard curves relative to the working directory.
     QDir::setCurrent(QApplication::applicationDirPath());
-    const QString modulePath =
-        options.pluginPath.isEmpty() ? QApplication::applicationDirPath() + "/Orlune.plx" : options.pluginPath;
+    const QString modulePath = options.pluginPath.isEmpty()
+                                   ? QApplication::applicationDirPath() + "/Orlune.plx"
+                                   : options.pluginPath;
     QString error;
     const std::unique_ptr<host::PluginModule> module = host::PluginModule::load(modulePath, &error);
     if (!module)
