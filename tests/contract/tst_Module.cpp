@@ -53,10 +53,9 @@ void tst_Module::versionResource()
     const QString object = directory.filePath("version.res");
     outputOf(ORLUNE_WINDRES, {"-O", "coff", ORLUNE_VERSION_RESOURCE, object});
     const QByteArray text = outputOf(ORLUNE_WINDRES, {"-J", "coff", "-O", "rc", object});
-    for (const char* line :
-         {"FILEVERSION 1, 1, 1907, 8091", "PRODUCTVERSION 1, 1, 1907, 8091",
-          "\"FileVersion\", \"1, 1, 1907, 8091\"", "\"ProductVersion\", \"1, 1, 1907, 8091\"",
-          "\"OriginalFilename\", \"Orlune.plx\""})
+    for (const char* line : {"FILEVERSION 1, 1, 1907, 8091", "PRODUCTVERSION 1, 1, 1907, 8091",
+                             "\"FileVersion\", \"1, 1, 1907, 8091\"", "\"ProductVersion\", \"1, 1, 1907, 8091\"",
+                             "\"OriginalFilename\", \"Orlune.plx\""})
         QVERIFY2(text.contains(line), text);
 }
 
@@ -158,16 +157,11 @@ void tst_Module::title_data()
 {
     QTest::addColumn<QString>("node"); // type of DeviceDisplayName
     QTest::addColumn<QString>("title");
-    QTest::newRow("no map") << "no map"
-                            << "Orlune";
-    QTest::newRow("no node") << "absent"
-                             << "Orlune";
-    QTest::newRow("another type") << "integer"
-                                  << "Orlune";
-    QTest::newRow("throws") << "throws"
-                            << "Orlune";
-    QTest::newRow("named") << "Cam1"
-                           << "Orlune  Cam1";
+    QTest::newRow("no map") << "no map" << "Orlune";
+    QTest::newRow("no node") << "absent" << "Orlune";
+    QTest::newRow("another type") << "integer" << "Orlune";
+    QTest::newRow("throws") << "throws" << "Orlune";
+    QTest::newRow("named") << "Cam1" << "Orlune  Cam1";
     QTest::newRow("Latin-1") << QString::fromUtf8("Caméra") << QString::fromUtf8("Orlune  Caméra");
 }
 
