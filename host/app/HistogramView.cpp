@@ -43,10 +43,10 @@ void HistogramView::paintEvent(QPaintEvent*)
         // does.
         const int columns = std::min<int>(area.width(), int(counts.size()));
         const std::vector<std::uint32_t> peaks = columnPeaks(counts, columns);
-        const double full = std::log1p(double(*std::max_element(peaks.begin(), peaks.end())));
+        const double full = std::sqrt(double(*std::max_element(peaks.begin(), peaks.end())));
         const double width = double(area.width()) / columns;
         for (int column = 0; column < columns && full > 0; ++column) {
-            const double height = std::log1p(double(peaks[std::size_t(column)])) / full * (area.height() - 4);
+            const double height = std::sqrt(double(peaks[std::size_t(column)])) / full * (area.height() - 4);
             painter.fillRect(QRectF(area.left() + column * width, area.bottom() + 1 - height, width, height),
                              palette().color(QPalette::Highlight));
         }

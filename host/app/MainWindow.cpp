@@ -28,6 +28,8 @@ namespace host {
 namespace {
 
 constexpr QSize kFirstSize(900, 640);
+constexpr int kEditorWidth = 330; // about that of the plug-in's window with its frame
+constexpr int kTitleHeight = 40;
 constexpr int kMessageLines = 500;
 constexpr int kRatePeriod = 1000; // milliseconds
 constexpr int kMaxRegisterBytes = 1 << 20;
@@ -69,7 +71,7 @@ MainWindow::MainWindow(const PluginModule& module, bool chinese, QSettings* sett
     buildPanels();
     buildMenus();
     connectSession();
-    resize(kFirstSize);
+    placeFirst();
     restoreSettings();
 
     connect(&m_rateTimer, &QTimer::timeout, this, &MainWindow::showRates);
@@ -119,6 +121,7 @@ void MainWindow::buildMenus()
     buildCameraMenu();
     buildViewMenu();
     m_faultsMenu = menuBar()->addMenu(tr("F&aults"));
+    connect(m_faultsMenu, &QMenu::aboutToShow, this, &MainWindow::updateFaults);
     buildPluginMenu();
 }
 
@@ -231,6 +234,10 @@ void MainWindow::buildPluginMenu()
     m_editorAction->setCheckable(true);
     m_editorAction->setShortcut(QKeySequence("F4"));
     connect(m_editorAction, &QAction::triggered, this, [this](bool on) { on ? showEditor() : hideEditor(); });
+    menu->addAction(tr("&Restart"), this, [this] {
+        m_session.restartPlugin();
+        showEditor();
+    });
 }
 
 // ---- Camera and plug-in
@@ -239,6 +246,10 @@ void MainWindow::connectSession()
 {
     connect(&m_session, &Session::frameReady, this, &MainWindow::showLatestFrame);
     connect(&m_session, &Session::note, this, &MainWindow::log);
+    connect(&m_session, &Session::cameraLost, this, [this](const QString& reason) {
+        log(reason);
+        m_view->clear(reason);
+    });
     connect(&m_session, &Session::streamingChanged, m_streamAction, &QAction::setChecked);
     connect(&m_session, &Session::registerWritten, this,
             [this](int bytes) { log(tr("LUT register written, %1 bytes").arg(bytes)); });
@@ -250,6 +261,7 @@ void MainWindow::connectSession()
     connect(&m_session, &Session::pluginStarted, this, [this](int code, const QString& text) {
         m_editorAction->setEnabled(code == 0);
         m_editorAction->setChecked(false);
+        m_editorPlaced = false;
         if (code != 0)
             log(tr("The plug-in did not start: %1 (%2)").arg(text).arg(code));
     });
@@ -266,10 +278,9 @@ QString MainWindow::openCamera(const CameraRequest& request)
     m_view->clear(tr("Waiting for the first frame"));
     for (const QString& warning : camera->warnings())
         log(warning);
-    m_editorPlaced = false;
     m_session.open(std::move(camera), this);
     updateCameraMenus();
-    updateFaults();
+    m_faultsMenu->setEnabled(!m_session.camera()->faultNames().isEmpty());
     return {};
 }
 
@@ -295,12 +306,18 @@ void MainWindow::updateCameraMenus()
     m_lockAction->setChecked(false);
 }
 
+// Anew each time that the menu opens: a fault may end by itself. "kind:node" goes into a menu of its kind.
 void MainWindow::updateFaults()
 {
     m_faultsMenu->clear();
     const QStringList active = m_session.camera()->activeFaults();
+    QMap<QString, QMenu*> kinds;
     for (const QString& name : m_session.camera()->faultNames()) {
-        QAction* action = m_faultsMenu->addAction(name);
+        const QString kind = name.contains(':') ? name.section(':', 0, 0) : QString();
+        if (!kind.isEmpty() && !kinds.contains(kind))
+            kinds[kind] = m_faultsMenu->addMenu(kind);
+        QMenu* menu = kind.isEmpty() ? m_faultsMenu : kinds.value(kind);
+        QAction* action = menu->addAction(kind.isEmpty() ? name : name.section(':', 1));
         action->setCheckable(true);
         action->setChecked(active.contains(name));
         connect(action, &QAction::triggered, this, [this, name](bool on) {
@@ -309,7 +326,6 @@ void MainWindow::updateFaults()
                 log(error);
         });
     }
-    m_faultsMenu->setEnabled(!m_faultsMenu->isEmpty());
 }
 
 void MainWindow::askRegisterLength()
@@ -333,6 +349,16 @@ void MainWindow::showEditor()
 void MainWindow::hideEditor()
 {
     m_session.sendToPlugin(MSG_HIDE_DIALOG);
+}
+
+// In the middle of the screen together with the editor, as far as there is room for both.
+void MainWindow::placeFirst()
+{
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QSize both = QSize(kFirstSize.width() + kEditorWidth, kFirstSize.height());
+    resize(m_settings ? kFirstSize.boundedTo(room.size() - QSize(kEditorWidth, kTitleHeight)) : kFirstSize);
+    move(room.left() + qMax(0, (room.width() - both.width()) / 2),
+         room.top() + qMax(0, (room.height() - both.height()) / 2));
 }
 
 // Beside this window, where the screen has room for it; where the user has moved it to, later.

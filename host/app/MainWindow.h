@@ -60,6 +60,7 @@ private:
 
     void showLatestFrame();
     void showRates();
+    void placeFirst();
     void placeEditor();
     void log(const QString& sentence);
 

@@ -17,6 +17,7 @@
 //   lock on|off                locks the camera's parameters, as another program would
 //   stream on|off              starts or stops the stream
 //   camera KEY [BYTES]         opens another camera, with a register of so many bytes
+//   plugin                     ends the plug-in object and starts a new one on the same camera
 //   screenshot FILE            the open windows as a picture
 //   wait MILLISECONDS
 //   quit
@@ -50,6 +51,7 @@ enum class Verb {
     Lock,
     Stream,
     Camera,
+    Plugin,
     Screenshot,
     Wait,
     Quit

@@ -9,10 +9,10 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QFile>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
-#include <QPixmap>
 #include <QRadioButton>
 #include <QTimer>
 
@@ -26,6 +26,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kFramePatience(5000);
 constexpr int kHashDigits = 8;
+constexpr int kScreenshotGap = 8; // pixels
 
 // Length and contents in a few characters.
 QString fingerprint(const QByteArray& bytes)
@@ -60,6 +61,8 @@ ScriptRunner::ScriptRunner(MainWindow& window, Transcript& transcript, const QDi
             [this](int bytes) { m_transcript.event(QString("register written, %1 bytes").arg(bytes)); });
     connect(&session, &Session::streamingChanged, this,
             [this](bool streaming) { m_transcript.event(streaming ? "stream on" : "stream off"); });
+    connect(&session, &Session::cameraLost, this,
+            [this](const QString& reason) { m_transcript.event("camera lost " + Transcript::quoted(reason)); });
     connect(&session, &Session::note, this,
             [this](const QString& sentence) { m_transcript.event("note " + Transcript::quoted(sentence)); });
 }
@@ -122,6 +125,7 @@ QString ScriptRunner::execute(const ScriptCommand& command)
         return {};
     }
     case Verb::Tab: {
+        activateWindow();
         pressKey(Qt::Key_Tab);
         const QWidget* widget = QApplication::focusWidget();
         m_transcript.event("focus on " + (widget ? widget->objectName() : QString("nothing")));
@@ -157,6 +161,9 @@ QString ScriptRunner::execute(const ScriptCommand& command)
         request.lutBytes = words.size() > 1 ? words.at(1).toInt() : -1;
         return m_window.openCamera(request);
     }
+    case Verb::Plugin:
+        m_window.session().restartPlugin();
+        return {};
     case Verb::Screenshot:
         return screenshot(first);
     case Verb::Wait:
@@ -253,19 +260,25 @@ QString ScriptRunner::writeFrame(const QString& file)
     return writeFile(absolute(file), pgm.data());
 }
 
+// The windows side by side, wherever the screen has room for them.
 QString ScriptRunner::screenshot(const QString& file)
 {
-    QVector<QWidget*> windows = {&m_window};
+    QVector<QImage> windows = {m_window.grab().toImage()};
     if (QDialog* editor = m_window.session().editor(); editor && editor->isVisible())
-        windows += editor;
-    QRect area;
-    for (const QWidget* window : windows)
-        area |= window->geometry();
-    QPixmap picture(area.size());
+        windows += editor->grab().toImage();
+    QSize size(-kScreenshotGap, 0);
+    for (QImage& window : windows) {
+        window.setDevicePixelRatio(1);
+        size = QSize(size.width() + window.width() + kScreenshotGap, qMax(size.height(), window.height()));
+    }
+    QImage picture(size, QImage::Format_RGB32);
     picture.fill(Qt::black);
     QPainter painter(&picture);
-    for (QWidget* window : windows)
-        painter.drawPixmap(window->pos() - area.topLeft(), window->grab());
+    int x = 0;
+    for (const QImage& window : windows) {
+        painter.drawImage(x, 0, window);
+        x += window.width() + kScreenshotGap;
+    }
     painter.end();
     return picture.save(absolute(file)) ? QString() : QString("%1 cannot be written").arg(file);
 }
@@ -298,6 +311,15 @@ void ScriptRunner::wait(int milliseconds)
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
+}
+
+// Where no window manager runs, nobody else makes a window the active one again when a box has gone.
+void ScriptRunner::activateWindow()
+{
+    if (QApplication::activeWindow())
+        return;
+    QDialog* editor = m_window.session().editor();
+    QApplication::setActiveWindow(editor && editor->isVisible() ? static_cast<QWidget*>(editor) : &m_window);
 }
 
 QWidget* ScriptRunner::findWidget(const QString& name) const

@@ -43,6 +43,7 @@ private:
     QString screenshot(const QString& file);
     void describe(const QString& name, QWidget& widget);
     void wait(int milliseconds);
+    void activateWindow();
 
     QWidget* findWidget(const QString& name) const;
     bool canBeUsed(const QString& name, const QWidget& widget);

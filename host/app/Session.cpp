@@ -17,24 +17,12 @@ void Session::open(std::unique_ptr<Camera> camera, QWidget* pluginParent)
 {
     close();
     m_camera = std::move(camera);
+    m_pluginParent = pluginParent;
     connect(m_camera.get(), &Camera::registerWritten, this, &Session::registerWritten);
     connect(m_camera.get(), &Camera::streamingChanged, this, &Session::streamingChanged);
-    connect(m_camera.get(), &Camera::lost, this, [this](const QString& reason) {
-        emit note(reason);
-        emit cameraLost();
-    });
+    connect(m_camera.get(), &Camera::lost, this, &Session::cameraLost);
     m_camera->setFrameSink([this](Frame& frame) { m_pipeline.process(frame); });
-
-    m_plugin = std::make_unique<PluginObject>(m_module);
-    connect(m_plugin.get(), &PluginObject::message, this, &Session::onPluginMessage);
-    const int code =
-        m_plugin->start(m_camera->deviceNodeMap(), m_camera->remoteNodeMap(), m_chinese, pluginParent);
-    const QString text = code == 0 ? QString() : m_plugin->errorText(code);
-    if (code == 0)
-        m_pipeline.setPlugin(m_plugin->running());
-    else
-        m_plugin.reset();
-    emit pluginStarted(code, text);
+    startPlugin();
     startStream();
 }
 
@@ -43,10 +31,42 @@ void Session::close()
     if (!m_camera)
         return;
     stopStream();
-    m_pipeline.setPlugin(nullptr);
-    m_plugin.reset();
+    endPlugin();
     m_pipeline.mailbox().take(); // a frame of the old camera is not the new one's
     m_camera.reset();
+}
+
+void Session::restartPlugin()
+{
+    if (!m_camera)
+        return;
+    const bool wasStreaming = m_camera->isStreaming();
+    stopStream();
+    endPlugin();
+    startPlugin();
+    if (wasStreaming)
+        startStream();
+}
+
+void Session::startPlugin()
+{
+    m_plugin = std::make_unique<PluginObject>(m_module);
+    connect(m_plugin.get(), &PluginObject::message, this, &Session::onPluginMessage);
+    const int code =
+        m_plugin->start(m_camera->deviceNodeMap(), m_camera->remoteNodeMap(), m_chinese, m_pluginParent);
+    const QString text = code == 0 ? QString() : m_plugin->errorText(code);
+    if (code == 0)
+        m_pipeline.setPlugin(m_plugin->running());
+    else
+        m_plugin.reset();
+    emit pluginStarted(code, text);
+}
+
+// The stream has to be stopped.
+void Session::endPlugin()
+{
+    m_pipeline.setPlugin(nullptr);
+    m_plugin.reset();
     m_restartAfterAccess = false;
 }
 

@@ -30,6 +30,9 @@ public:
     void open(std::unique_ptr<Camera> camera, QWidget* pluginParent);
     void close();
 
+    // Ends the plug-in object and starts a new one on the same camera.
+    void restartPlugin();
+
     Camera* camera() const { return m_camera.get(); }
     QDialog* editor() const { return m_plugin ? m_plugin->dialog() : nullptr; }
     FrameMailbox& mailbox() { return m_pipeline.mailbox(); }
@@ -51,16 +54,19 @@ signals:
     void registerWritten(int bytes);
     void streamingChanged(bool streaming);
     void note(const QString& sentence); // something for the user to know
-    void cameraLost();
+    void cameraLost(const QString& reason);
     void frameReady(); // a frame lies in the mailbox
 
 private:
+    void startPlugin();
+    void endPlugin();
     void onPluginMessage(int type);
 
     const PluginModule& m_module;
     const bool m_chinese;
     FramePipeline m_pipeline;
     std::unique_ptr<Camera> m_camera;
+    QWidget* m_pluginParent = nullptr;
     std::unique_ptr<PluginObject> m_plugin;
     bool m_restartAfterAccess = false;
 };
