@@ -1,5 +1,6 @@
-// The built module driven as a host drives it: loaded by file, known by its three headers, its window found among the
-// parent's children and its controls by their object names. Boxes and file dialogs are watched and answered.
+// The built module driven as a host drives it: loaded by file, known by its three headers, its window found
+// among the parent's children and its controls by their object names. Boxes and file dialogs are watched and
+// answered.
 #ifndef ORLUNE_TESTS_CONTRACT_MODULEHOST_H
 #define ORLUNE_TESTS_CONTRACT_MODULEHOST_H
 
@@ -57,7 +58,8 @@ class ModuleHost : public QObject
     Q_OBJECT
 
 public:
-    explicit ModuleHost(GenApi_3_0::INodeMap* camera, int languageId = 0, GenApi_3_0::INodeMap* deviceInfo = nullptr)
+    explicit ModuleHost(GenApi_3_0::INodeMap* camera, int languageId = 0,
+                        GenApi_3_0::INodeMap* deviceInfo = nullptr)
     {
         m_library.setFileName(QStringLiteral(ORLUNE_MODULE));
         m_library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
@@ -114,6 +116,7 @@ public:
     void type(const char* edit, const QString& text, Qt::Key end = Qt::Key_Return)
     {
         auto& widget = find<QLineEdit>(edit);
+        QApplication::setActiveWindow(dialog); // a box may have taken that, and no window manager gives it back
         QTest::mouseClick(&widget, Qt::LeftButton);
         widget.setFocus();
         QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
@@ -121,13 +124,16 @@ public:
         QTest::keyClicks(&widget, text);
         QTest::keyClick(&widget, end);
     }
-    void click(const char* button) { QTest::mouseClick(&find<QAbstractButton>(button), Qt::LeftButton, {}, {6, 8}); }
+    void click(const char* button)
+    {
+        QTest::mouseClick(&find<QAbstractButton>(button), Qt::LeftButton, {}, {6, 8});
+    }
     void wheel(const char* name, QPoint angle)
     {
         QWidget& widget = find<QWidget>(name);
         const QPointF centre = widget.rect().center();
-        QWheelEvent event(centre, widget.mapToGlobal(centre.toPoint()), {}, angle, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
+        QWheelEvent event(centre, widget.mapToGlobal(centre.toPoint()), {}, angle, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&widget, &event);
     }
     // Opens the list and takes the entry by keyboard.
@@ -166,16 +172,20 @@ protected:
                 whileBoxOpen();
             QMetaObject::invokeMethod(box, "accept", Qt::QueuedConnection);
         } else if (auto* files = qobject_cast<QFileDialog*>(watched)) {
-            fileDialogs << files->windowTitle() + QLatin1Char('|') + files->nameFilters().join(QLatin1String(";;"));
+            fileDialogs << files->windowTitle() + QLatin1Char('|') +
+                               files->nameFilters().join(QLatin1String(";;"));
             const QString answer = fileAnswers.isEmpty() ? QString() : fileAnswers.takeFirst();
-            QMetaObject::invokeMethod(files, [=] {
-                if (answer.isEmpty())
-                    return files->reject();
-                files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(answer);
-                if (afterFileChosen)
-                    connect(files, &QFileDialog::fileSelected, this, [this] { afterFileChosen(); });
-                QMetaObject::invokeMethod(files, "accept");
-            }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                files,
+                [=] {
+                    if (answer.isEmpty())
+                        return files->reject();
+                    files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(answer);
+                    if (afterFileChosen)
+                        connect(files, &QFileDialog::fileSelected, this, [this] { afterFileChosen(); });
+                    QMetaObject::invokeMethod(files, "accept");
+                },
+                Qt::QueuedConnection);
         }
         return false;
     }

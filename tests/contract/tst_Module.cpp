@@ -53,9 +53,10 @@ void tst_Module::versionResource()
     const QString object = directory.filePath("version.res");
     outputOf(ORLUNE_WINDRES, {"-O", "coff", ORLUNE_VERSION_RESOURCE, object});
     const QByteArray text = outputOf(ORLUNE_WINDRES, {"-J", "coff", "-O", "rc", object});
-    for (const char* line : {"FILEVERSION 1, 1, 1907, 8091", "PRODUCTVERSION 1, 1, 1907, 8091",
-                             "\"FileVersion\", \"1, 1, 1907, 8091\"", "\"ProductVersion\", \"1, 1, 1907, 8091\"",
-                             "\"OriginalFilename\", \"Orlune.plx\""})
+    for (const char* line :
+         {"FILEVERSION 1, 1, 1907, 8091", "PRODUCTVERSION 1, 1, 1907, 8091",
+          "\"FileVersion\", \"1, 1, 1907, 8091\"", "\"ProductVersion\", \"1, 1, 1907, 8091\"",
+          "\"OriginalFilename\", \"Orlune.plx\""})
         QVERIFY2(text.contains(line), text);
 }
 
@@ -108,6 +109,7 @@ void tst_Module::beforeInit()
     plugin->UninitPlugin();
     destroy(plugin);
     destroy(nullptr);
+    library.unload();
 }
 
 void tst_Module::texts_data()
@@ -157,11 +159,16 @@ void tst_Module::title_data()
 {
     QTest::addColumn<QString>("node"); // type of DeviceDisplayName
     QTest::addColumn<QString>("title");
-    QTest::newRow("no map") << "no map" << "Orlune";
-    QTest::newRow("no node") << "absent" << "Orlune";
-    QTest::newRow("another type") << "integer" << "Orlune";
-    QTest::newRow("throws") << "throws" << "Orlune";
-    QTest::newRow("named") << "Cam1" << "Orlune  Cam1";
+    QTest::newRow("no map") << "no map"
+                            << "Orlune";
+    QTest::newRow("no node") << "absent"
+                             << "Orlune";
+    QTest::newRow("another type") << "integer"
+                                  << "Orlune";
+    QTest::newRow("throws") << "throws"
+                            << "Orlune";
+    QTest::newRow("named") << "Cam1"
+                           << "Orlune  Cam1";
     QTest::newRow("Latin-1") << QString::fromUtf8("Caméra") << QString::fromUtf8("Orlune  Caméra");
 }
 
@@ -213,7 +220,8 @@ void tst_Module::failedInit()
     host.send(MSG_SHOW_DIALOG);
     host.wheel("objGammaSlider", {0, 120});
     QCOMPARE(host.messages, QVector<int>());
-    QVERIFY(camera.log.filter("LUTValueAll").isEmpty());
+    if (trouble == "probe")
+        QVERIFY(camera.log.filter("LUTValueAll").isEmpty());
     host.plugin->UninitPlugin();
     QVERIFY(!host.parent.findChild<QDialog*>());
     // The object can be started again.
