@@ -1,6 +1,5 @@
 #include "host/camera/UserSets.h"
 
-#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -14,11 +13,6 @@ static const QString kSetBytes = QStringLiteral("setBytes");
 static const QString kStartSet = QStringLiteral("startSet");
 static const QString kUserSet = QStringLiteral("userSet0");
 static const QString kChecksum = QStringLiteral("sha256");
-
-static QString say(const char* text)
-{
-    return QCoreApplication::translate("UserSets", text);
-}
 
 // Over everything but the checksum itself; QJsonObject keeps its keys sorted, so the text is always the same.
 static QString checksum(QJsonObject state)
@@ -34,7 +28,7 @@ UserSets::UserSets(QByteArray factory, const QString& camera, const QString& sta
     const QString reason = load();
     if (!reason.isEmpty()) {
         m_problem =
-            say("The camera's state file %1 is ignored, and kept until the camera stores something: %2.")
+            tr("The camera's state file %1 is ignored, and kept until the camera stores something: %2.")
                 .arg(QDir::toNativeSeparators(m_stateFile), reason);
     }
 }
@@ -61,15 +55,15 @@ QString UserSets::load()
     constexpr qint64 kLongestFile = 16 << 20;
     const QJsonObject state = QJsonDocument::fromJson(file.read(kLongestFile)).object();
     if (state.isEmpty() || state[kChecksum].toString() != checksum(state)) {
-        return say("it is damaged");
+        return tr("it is damaged");
     }
     if (state[kCamera].toString() != m_camera || state[kSetBytes].toInt() != m_factory.size()) {
-        return say("it belongs to another camera, %1").arg(state[kCamera].toString());
+        return tr("it belongs to another camera, %1").arg(state[kCamera].toString());
     }
     const QByteArray userSet = QByteArray::fromBase64(state[kUserSet].toString().toLatin1());
     const int startSet = state[kStartSet].toInt(-1);
     if (userSet.size() != m_factory.size() || startSet < 0 || startSet >= kCount) {
-        return say("it is damaged");
+        return tr("it is damaged");
     }
     m_userSet = userSet;
     m_startSet = startSet;
@@ -84,7 +78,7 @@ QString UserSets::store(const QByteArray& userSet, int startSet)
                             file.write(QJsonDocument(toJson(userSet, startSet)).toJson()) >= 0 &&
                             file.commit();
         if (!stored) {
-            return say("The camera's state cannot be stored in %1: %2.")
+            return tr("The camera's state cannot be stored in %1: %2.")
                 .arg(QDir::toNativeSeparators(m_stateFile), file.errorString());
         }
     }

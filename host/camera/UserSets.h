@@ -7,6 +7,7 @@
 #define ORLUNE_HOST_CAMERA_USERSETS_H
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QJsonObject>
 #include <QString>
 
@@ -14,6 +15,8 @@ namespace host {
 
 class UserSets
 {
+    Q_DECLARE_TR_FUNCTIONS(UserSets)
+
 public:
     static constexpr int kFactorySet = 0;
     static constexpr int kUserSet0 = 1;

@@ -2,17 +2,10 @@
 
 #include <algorithm>
 
-#include <QCoreApplication>
-
 #include "host/frames/Pictures.h"
 #include "host/frames/Scenes.h"
 
 namespace host {
-
-static QString say(const char* text)
-{
-    return QCoreApplication::translate("FrameSource", text);
-}
 
 static std::uint16_t sensorValue(const Colour& colour, const PixelFormat& format, int x, int y)
 {
@@ -75,7 +68,7 @@ std::unique_ptr<FrameSource> FrameSource::open(const QString& what, QSize size, 
         if (fits(source->m_size.width()) && fits(source->m_size.height())) {
             return true;
         }
-        *error = say("A frame of %1 x %2 pixels is out of range: each side has 1 to %3.")
+        *error = tr("A frame of %1 x %2 pixels is out of range: each side has 1 to %3.")
                      .arg(source->m_size.width())
                      .arg(source->m_size.height())
                      .arg(kMaxFrameSide);
@@ -110,12 +103,12 @@ std::unique_ptr<FrameSource> FrameSource::open(const QString& what, QSize size, 
         const qint64 bytesEach = 2 * qint64(source->m_size.width()) * source->m_size.height();
         const qint64 count = qint64(source->m_images.size());
         if ((count + 1) * bytesEach > kMemoryForPictures && file != files.last()) {
-            *warnings << say("Only the pictures up to %1 fit into memory at this frame size.").arg(file);
+            *warnings << tr("Only the pictures up to %1 fit into memory at this frame size.").arg(file);
             break;
         }
     }
     if (source->m_images.empty()) {
-        *error = unreadable.isEmpty() ? say("The folder %1 holds no PNG, TIFF or PGM picture.").arg(what)
+        *error = unreadable.isEmpty() ? tr("The folder %1 holds no PNG, TIFF or PGM picture.").arg(what)
                                       : unreadable.first();
         return nullptr;
     }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include <QCoreApplication>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -19,6 +20,8 @@ constexpr int kMaxFrameSide = 8192; // pixels
 
 class FrameSource
 {
+    Q_DECLARE_TR_FUNCTIONS(FrameSource)
+
 public:
     // what is "ramp", "chart", or the path of a picture or of a folder of pictures, which are shown in turn;
     // "./ramp" is a path. Width or height 0 stands for the first picture's, or for 640 x 480. Pictures that

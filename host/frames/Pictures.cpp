@@ -10,14 +10,20 @@
 
 namespace host {
 
-static QString say(const char* text)
+namespace {
+struct Pictures
 {
-    return QCoreApplication::translate("Pictures", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(Pictures)
+};
+} // namespace
 
-static bool isTooLarge(QSize size)
+// An empty text, or what is wrong with a picture of that size.
+static QString sizeProblem(QSize size)
 {
-    return qint64(size.width()) * size.height() > kMaxPicturePixels;
+    if (qint64(size.width()) * size.height() <= kMaxPicturePixels) {
+        return {};
+    }
+    return Pictures::tr("its %1 x %2 pixels are too many").arg(size.width()).arg(size.height());
 }
 
 // Qt's reader cuts a binary PGM of more than 8 bits down to 8, so those are read here. True when the file is
@@ -34,20 +40,21 @@ static bool readDeepPgm(QIODevice& file, QImage* picture, QString* error)
         return false;
     }
     const QSize size(match.captured(1).toInt(), match.captured(2).toInt());
-    if (size.isEmpty() || isTooLarge(size)) {
-        *error = say("its size of %1 x %2 pixels is out of range").arg(size.width()).arg(size.height());
+    *error = sizeProblem(size);
+    if (!error->isEmpty()) {
         return true;
     }
     const qint64 bytes = 2 * qint64(size.width()) * size.height();
     file.skip(match.capturedLength());
     const QByteArray samples = file.read(bytes);
     if (samples.size() < bytes) {
-        *error = say("it ends before its last pixel");
+        *error = Pictures::tr("it ends before its last pixel");
         return true;
     }
     QImage image(size, QImage::Format_Grayscale16);
     if (image.isNull()) {
-        *error = say("there is no memory for it");
+        *error =
+            Pictures::tr("a picture of %1 x %2 pixels cannot be made").arg(size.width()).arg(size.height());
         return true;
     }
     const char* sample = samples.constData();
@@ -66,9 +73,8 @@ static QImage readByQt(QIODevice& file, QString* error)
 {
     QImageReader reader(&file);
     reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (isTooLarge(size)) {
-        *error = say("its size of %1 x %2 pixels is out of range").arg(size.width()).arg(size.height());
+    *error = sizeProblem(reader.size());
+    if (!error->isEmpty()) {
         return {};
     }
     const QImage image = reader.read();
@@ -107,7 +113,8 @@ QImage readPicture(const QString& path, QString* error)
         picture = readByQt(file, &reason);
     }
     if (picture.isNull()) {
-        *error = say("The picture %1 cannot be read: %2.").arg(QDir::toNativeSeparators(path), reason);
+        *error =
+            Pictures::tr("The picture %1 cannot be read: %2.").arg(QDir::toNativeSeparators(path), reason);
     }
     return picture;
 }
