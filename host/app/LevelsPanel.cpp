@@ -20,6 +20,7 @@ LevelsPanel::LevelsPanel(QWidget* parent)
 
 void LevelsPanel::setFrame(const ShownFrame& frame)
 {
+    m_before->setVisible(frame.mapped); // the same as after
     m_before->setHistogram(frame.codesBefore);
     m_after->setHistogram(frame.codesAfter);
     const auto percent = [](double share) { return QString::number(100 * share, 'f', 1); };

@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QFile>
+#include <QGroupBox>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -35,14 +36,6 @@ QString fingerprint(const QByteArray& bytes)
     return QString("%1 bytes, sha1 %2").arg(bytes.size()).arg(QString::fromLatin1(hash.left(kHashDigits)));
 }
 
-// Empty, or why the file cannot be written.
-QString writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-    return written ? QString() : file.errorString();
-}
-
 } // namespace
 
 ScriptRunner::ScriptRunner(MainWindow& window, Transcript& transcript, const QDir& directory)
@@ -61,8 +54,9 @@ ScriptRunner::ScriptRunner(MainWindow& window, Transcript& transcript, const QDi
             [this](int bytes) { m_transcript.event(QString("register written, %1 bytes").arg(bytes)); });
     connect(&session, &Session::streamingChanged, this,
             [this](bool streaming) { m_transcript.event(streaming ? "stream on" : "stream off"); });
-    connect(&session, &Session::cameraLost, this,
-            [this](const QString& reason) { m_transcript.event("camera lost " + Transcript::quoted(reason)); });
+    connect(&session, &Session::cameraLost, this, [this](const QString& reason) {
+        m_transcript.event("camera lost " + Transcript::quoted(reason));
+    });
     connect(&session, &Session::note, this,
             [this](const QString& sentence) { m_transcript.event("note " + Transcript::quoted(sentence)); });
 }
@@ -228,7 +222,14 @@ QString ScriptRunner::writeBytes(const QString& file, const QByteArray& bytes, c
         return {};
     }
     m_transcript.event(fingerprint(bytes));
-    return writeFile(absolute(file), bytes);
+    return writeFile(file, bytes);
+}
+
+QString ScriptRunner::writeFile(const QString& name, const QByteArray& bytes) const
+{
+    QFile file(absolute(name));
+    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
+    return written ? QString() : QString("%1 cannot be written: %2").arg(name, file.errorString());
 }
 
 QString ScriptRunner::poke(const QString& file)
@@ -257,7 +258,7 @@ QString ScriptRunner::writeFrame(const QString& file)
                            .arg(frame->after.height)
                            .arg(frame->mapped ? "mapped by the plug-in" : "not mapped by the plug-in",
                                 fingerprint(pgm.data())));
-    return writeFile(absolute(file), pgm.data());
+    return writeFile(file, pgm.data());
 }
 
 // The windows side by side, wherever the screen has room for them.
@@ -295,6 +296,8 @@ void ScriptRunner::describe(const QString& name, QWidget& widget)
         parts += Transcript::quoted(combo->currentText());
     else if (const auto* label = qobject_cast<QLabel*>(&widget))
         parts += Transcript::quoted(label->text());
+    else if (const auto* box = qobject_cast<QGroupBox*>(&widget))
+        parts += Transcript::quoted(box->title());
     else if (const auto* button = qobject_cast<QAbstractButton*>(&widget)) {
         parts += Transcript::quoted(button->text());
         if (button->isCheckable())

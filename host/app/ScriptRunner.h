@@ -38,6 +38,7 @@ private:
     QString setButton(QAbstractButton& button, const QString& value);
     QString click(QWidget& widget, const QStringList& words);
     QString writeBytes(const QString& file, const QByteArray& bytes, const QString& error);
+    QString writeFile(const QString& name, const QByteArray& bytes) const;
     QString poke(const QString& file);
     QString writeFrame(const QString& file);
     QString screenshot(const QString& file);
