@@ -116,7 +116,8 @@ public:
     void type(const char* edit, const QString& text, Qt::Key end = Qt::Key_Return)
     {
         auto& widget = find<QLineEdit>(edit);
-        QApplication::setActiveWindow(dialog); // a box may have taken that, and no window manager gives it back
+        QApplication::setActiveWindow(
+            dialog); // a box may have taken that, and no window manager gives it back
         QTest::mouseClick(&widget, Qt::LeftButton);
         widget.setFocus();
         QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
@@ -136,12 +137,14 @@ public:
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&widget, &event);
     }
-    // Opens the list and takes the entry by keyboard.
+    // By arrow keys, one entry after the other.
     void choose(const QString& entry)
     {
         auto& combo = find<QComboBox>("objStandardComboBox");
         combo.setFocus();
-        QTest::keyClicks(&combo, entry);
+        const int steps = combo.findText(entry) - combo.currentIndex();
+        for (int i = 0; i < qAbs(steps); ++i)
+            QTest::keyClick(&combo, steps > 0 ? Qt::Key_Down : Qt::Key_Up);
     }
 
     QStringList takeBoxes() { return std::exchange(boxes, {}); }

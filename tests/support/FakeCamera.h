@@ -3,6 +3,7 @@
 #ifndef ORLUNE_TESTS_SUPPORT_FAKECAMERA_H
 #define ORLUNE_TESTS_SUPPORT_FAKECAMERA_H
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -67,8 +68,14 @@ public:
 
     struct Command : Node, GenApi_3_0::ICommand
     {
-        void Execute(bool verify) override { camera->touch(name, "Execute", verify); }
+        void Execute(bool verify) override
+        {
+            camera->touch(name, "Execute", verify);
+            if (action)
+                action();
+        }
         bool IsDone(bool) override { return true; }
+        std::function<void()> action;
     };
 
     struct Enumeration : Node, GenApi_3_0::IEnumeration
@@ -132,6 +139,13 @@ public:
         return added;
     }
     void remove(const char* name) { m_nodes.erase(name); }
+    std::unique_ptr<Node> take(const char* name)
+    {
+        auto node = std::move(m_nodes.at(name));
+        m_nodes.erase(name);
+        return node;
+    }
+    void put(const char* name, std::unique_ptr<Node> node) { m_nodes[name] = std::move(node); }
 
     template <class Type>
     Type& node(const char* name) const
