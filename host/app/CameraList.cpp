@@ -8,10 +8,12 @@ namespace host {
 
 namespace {
 
+using Opener = std::function<std::unique_ptr<Camera>(const CameraRequest&, QString*)>;
+
 struct Kind
 {
     CameraEntry entry;
-    std::function<std::unique_ptr<Camera>(const CameraRequest&, QString*)> open;
+    Opener open;
 };
 
 std::unique_ptr<Camera> openSimulated(const CameraRequest& request, QString* error)
@@ -39,15 +41,6 @@ const QVector<Kind>& kinds()
     return list;
 }
 
-const Kind* findKind(const QString& key)
-{
-    for (const Kind& kind : kinds()) {
-        if (kind.entry.key == key)
-            return &kind;
-    }
-    return nullptr;
-}
-
 } // namespace
 
 const QVector<CameraEntry>& cameraEntries()
@@ -69,23 +62,23 @@ QStringList cameraKeys()
     return keys;
 }
 
-bool isCameraKey(const QString& key)
+const CameraEntry* cameraEntry(const QString& key)
 {
-    return findKind(key) != nullptr;
+    for (const CameraEntry& entry : cameraEntries()) {
+        if (entry.key == key)
+            return &entry;
+    }
+    return nullptr;
 }
 
 std::unique_ptr<Camera> openCamera(const CameraRequest& request, QString* error)
 {
-    CameraRequest complete = request;
-    if (complete.camera.isEmpty())
-        complete.camera = kinds().constFirst().entry.key;
-    const Kind* kind = findKind(complete.camera);
-    if (!kind) {
-        *error =
-            QString("There is no camera \"%1\"; there are %2.").arg(complete.camera, cameraKeys().join(", "));
-        return nullptr;
+    for (const Kind& kind : kinds()) {
+        if (kind.entry.key == request.camera)
+            return kind.open(request, error);
     }
-    return kind->open(complete, error);
+    *error = QString("There is no camera \"%1\"; there are %2.").arg(request.camera, cameraKeys().join(", "));
+    return nullptr;
 }
 
 } // namespace host

@@ -20,14 +20,14 @@ struct CameraEntry
     bool hasLut;   // its register's length can be chosen
 };
 
-// Cameras that need no address, in the order of the menu.
+// In the order of the menu.
 const QVector<CameraEntry>& cameraEntries();
-
-// Keys as the command line takes them, kinds with an address as "kind:ADDRESS".
 QStringList cameraKeys();
-bool isCameraKey(const QString& key);
 
-// Null with a sentence in *error when the camera cannot be opened. An empty key opens the first camera.
+// Null when there is no camera of that key.
+const CameraEntry* cameraEntry(const QString& key);
+
+// Null with a sentence in *error when the camera cannot be opened.
 std::unique_ptr<Camera> openCamera(const CameraRequest& request, QString* error);
 
 } // namespace host

@@ -83,7 +83,7 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
     options.pluginPath = path(plugin);
     options.scriptFile = path(script);
 
-    if (parser.isSet(camera) && !isCameraKey(options.camera.camera))
+    if (parser.isSet(camera) && !cameraEntry(options.camera.camera))
         return wrong(QString("There is no camera \"%1\"; there are %2.")
                          .arg(options.camera.camera, cameraKeys().join(", ")));
     if (parser.isSet(lutBytes)) {

@@ -11,7 +11,7 @@ namespace host {
 // What opens a camera. Empty values and lengths below 0 mean "as the camera has it".
 struct CameraRequest
 {
-    QString camera; // key of the camera list, see CameraList.h
+    QString camera; // key of the camera list, see CameraList.h; empty: the last one used, or the first
     int lutBytes = -1;
     QString frames; // "chart", "ramp", or the absolute path of a picture or of a folder of pictures
     QString pixelFormat;

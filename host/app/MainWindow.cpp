@@ -155,6 +155,8 @@ void MainWindow::buildCameraMenu()
     connect(m_cameraActions, &QActionGroup::triggered, this, [this](QAction* action) {
         CameraRequest request = m_request;
         request.camera = action->data().toString();
+        if (!cameraEntry(request.camera)->hasLut)
+            request.lutBytes = -1;
         openFromMenu(request);
     });
 
@@ -267,8 +269,10 @@ void MainWindow::connectSession()
     });
 }
 
-QString MainWindow::openCamera(const CameraRequest& request)
+QString MainWindow::openCamera(CameraRequest request)
 {
+    if (request.camera.isEmpty())
+        request.camera = cameraEntries().constFirst().key;
     QString error;
     std::unique_ptr<Camera> camera = host::openCamera(request, &error);
     if (!camera)
@@ -299,10 +303,7 @@ void MainWindow::updateCameraMenus()
 {
     checkChoice(m_cameraActions, m_request.camera);
     checkChoice(m_lengthActions, m_request.lutBytes);
-    for (const CameraEntry& entry : cameraEntries()) {
-        if (entry.key == m_request.camera)
-            m_lengthMenu->setEnabled(entry.hasLut);
-    }
+    m_lengthMenu->setEnabled(cameraEntry(m_request.camera)->hasLut);
     m_lockAction->setChecked(false);
 }
 
@@ -466,7 +467,7 @@ void MainWindow::restoreSettings()
         m_layoutActions->actions().at(layout)->trigger();
     m_zoomActions->actions().at(m_settings->value(kZoomKey).toBool() ? 1 : 0)->trigger();
     const QString camera = m_settings->value(kCameraKey).toString();
-    if (isCameraKey(camera)) {
+    if (cameraEntry(camera)) {
         m_request.camera = camera;
         m_request.lutBytes = m_settings->value(kLengthKey, -1).toInt();
     }

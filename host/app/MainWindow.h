@@ -29,7 +29,7 @@ public:
     ~MainWindow() override;
 
     // Replaces the camera, with a new plug-in object. Empty, or one sentence that says why the old one stays.
-    QString openCamera(const CameraRequest& request);
+    QString openCamera(CameraRequest request);
     const CameraRequest& cameraRequest() const { return m_request; }
 
     Session& session() { return m_session; }

@@ -65,16 +65,18 @@ int runScript(host::MainWindow& window, const host::Options& options, const QDir
 
 int runViewer(host::MainWindow& window, const host::Options& options)
 {
+    window.show();
     host::CameraRequest request = options.camera;
-    if (request.camera.isEmpty()) {
+    if (request.camera.isEmpty()) { // the last one, unless it cannot be had any more
         request.camera = window.cameraRequest().camera;
         if (request.lutBytes < 0)
             request.lutBytes = window.cameraRequest().lutBytes;
     }
-    window.show();
-    const QString error = window.openCamera(request);
-    if (!error.isEmpty())
-        return fail(kFailed, error);
+    if (!window.openCamera(request).isEmpty()) {
+        const QString error = window.openCamera(options.camera);
+        if (!error.isEmpty())
+            return fail(kFailed, error);
+    }
     window.showEditor();
     return QApplication::exec();
 }
