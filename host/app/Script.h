@@ -18,6 +18,7 @@
 //   stream on|off              starts or stops the stream
 //   camera KEY [BYTES]         opens another camera, with a register of so many bytes
 //   plugin                     ends the plug-in object and starts a new one on the same camera
+//   scene chart|ramp|PATH      lets the camera look at something else: a picture, or a folder of pictures
 //   screenshot FILE            the open windows as a picture
 //   wait MILLISECONDS
 //   quit
@@ -52,6 +53,7 @@ enum class Verb {
     Stream,
     Camera,
     Plugin,
+    Scene,
     Screenshot,
     Wait,
     Quit

@@ -1,4 +1,5 @@
-// Whether the plug-in's window, whose geometry is fixed, shows its texts whole under the viewer's style and font.
+// Whether the plug-in's window, whose geometry is fixed, shows its texts whole under the viewer's style and
+// font.
 #include <QtTest>
 #include <QtWidgets>
 
@@ -76,7 +77,9 @@ void tst_Appearance::editorShowsItsTextsWhole()
             const int right = widget->fontMetrics().tightBoundingRect(text).right();
             QVERIFY2(right < textWidth(*widget),
                      qPrintable(QString("%1 \"%2\": %3 pixels of text, room for %4")
-                                    .arg(widget->objectName(), text).arg(right + 1).arg(textWidth(*widget))));
+                                    .arg(widget->objectName(), text)
+                                    .arg(right + 1)
+                                    .arg(textWidth(*widget))));
             checked += !text.isEmpty();
         }
     }
