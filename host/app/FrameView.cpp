@@ -63,6 +63,16 @@ void FrameView::setZoom(Zoom zoom)
     update();
 }
 
+bool FrameView::showsSplit() const
+{
+    return m_layout == Layout::Split && !m_after.isNull() && m_frame->mapped;
+}
+
+bool FrameView::isAtSplit(QPoint position) const
+{
+    return showsSplit() && qAbs(position.x() - splitX()) <= kSplitGrip;
+}
+
 // The picture's place when area is what it has to fill.
 QRectF FrameView::pictureRect(const QRectF& area) const
 {
@@ -83,8 +93,10 @@ QVector<FrameView::Pane> FrameView::panes() const
     if (m_after.isNull())
         return {};
     const QRectF whole = rect();
+    if (!m_frame->mapped) // then there is nothing to compare
+        return {{whole, pictureRect(whole), &m_after, tr("as the camera sends it")}};
     const QString before = tr("before");
-    const QString after = m_frame->mapped ? tr("after") : tr("as the camera sends it");
+    const QString after = tr("after");
     switch (m_layout) {
     case Layout::Before:
         return {{whole, pictureRect(whole), &m_before, before}};
@@ -125,22 +137,21 @@ void FrameView::paintEvent(QPaintEvent*)
         painter.drawText(title, Qt::AlignCenter, pane.title);
     }
     painter.setClipping(false);
-    if (m_layout == Layout::Split && !m_after.isNull())
+    if (showsSplit())
         painter.drawLine(QPointF(splitX(), 0), QPointF(splitX(), height()));
 }
 
 void FrameView::mousePressEvent(QMouseEvent* event)
 {
     m_dragStart = event->pos();
-    m_dragsSplit = m_layout == Layout::Split && qAbs(event->pos().x() - splitX()) <= kSplitGrip;
+    m_dragsSplit = isAtSplit(event->pos());
 }
 
 void FrameView::mouseMoveEvent(QMouseEvent* event)
 {
     m_mouse = event->pos();
-    const bool atSplit = m_layout == Layout::Split && qAbs(event->pos().x() - splitX()) <= kSplitGrip;
     if (event->buttons() == Qt::NoButton) {
-        setCursor(atSplit ? Qt::SplitHCursor : Qt::CrossCursor);
+        setCursor(isAtSplit(event->pos()) ? Qt::SplitHCursor : Qt::CrossCursor);
     } else if (m_dragsSplit) {
         m_split = qBound(0.0, qreal(event->pos().x()) / width(), 1.0);
         update();

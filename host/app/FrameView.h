@@ -56,6 +56,8 @@ private:
 
     QVector<Pane> panes() const;
     QRectF pictureRect(const QRectF& area) const;
+    bool showsSplit() const;
+    bool isAtSplit(QPoint position) const;
     qreal splitX() const { return width() * m_split; }
     void keepPictureInSight();
     void probe();

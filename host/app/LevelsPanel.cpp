@@ -5,8 +5,8 @@
 namespace host {
 
 LevelsPanel::LevelsPanel(QWidget* parent)
-    : QWidget(parent), m_before(new HistogramView(tr("before"), this)),
-      m_after(new HistogramView(tr("after"), this)), m_loss(new QLabel(this))
+    : QWidget(parent), m_before(new HistogramView(this)), m_after(new HistogramView(this)),
+      m_loss(new QLabel(this))
 {
     m_loss->setWordWrap(true);
     m_loss->setToolTip(
@@ -20,9 +20,9 @@ LevelsPanel::LevelsPanel(QWidget* parent)
 
 void LevelsPanel::setFrame(const ShownFrame& frame)
 {
-    m_before->setVisible(frame.mapped); // the same as after
-    m_before->setHistogram(frame.codesBefore);
-    m_after->setHistogram(frame.codesAfter);
+    m_before->setVisible(frame.mapped);
+    m_before->setHistogram(frame.codesBefore, tr("before"));
+    m_after->setHistogram(frame.codesAfter, frame.mapped ? tr("after") : tr("as the camera sends it"));
     const auto percent = [](double share) { return QString::number(100 * share, 'f', 1); };
     m_loss->setText(
         frame.mapped
