@@ -158,6 +158,8 @@ QString ScriptRunner::execute(const ScriptCommand& command)
     case Verb::Plugin:
         m_window.session().restartPlugin();
         return {};
+    case Verb::Scene:
+        return m_window.setScene(sceneName(first, m_directory));
     case Verb::Screenshot:
         return screenshot(first);
     case Verb::Wait:
