@@ -106,6 +106,19 @@ std::string describe(const std::string& path, bool ownLock)
                    : std::regex_replace(description, lock, "<Float Name=\"TLParamsLocked\"><Value>0</Value></Float>");
 }
 
+// The emulator shares its port with whoever has it, and one of the two is not heard.
+bool isPortFree()
+{
+    constexpr guint16 kControlPort = 3956;
+    GSocket* const socket =
+        g_socket_new(G_SOCKET_FAMILY_IPV4, G_SOCKET_TYPE_DATAGRAM, G_SOCKET_PROTOCOL_UDP, nullptr);
+    GSocketAddress* const address = g_inet_socket_address_new_from_string("127.0.0.1", kControlPort);
+    const bool free = g_socket_bind(socket, address, FALSE, nullptr);
+    g_object_unref(address);
+    g_object_unref(socket);
+    return free;
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -119,6 +132,10 @@ int main(int argc, char* argv[])
     }
     const auto number = [&](const char* name) { return guint32(std::stoul(options.at(name))); };
 
+    if (!isPortFree()) {
+        std::puts("port taken");
+        return 1;
+    }
     char path[] = "/tmp/orlune-testcamera-XXXXXX";
     const int file = g_mkstemp(path);
     std::ofstream(path) << describe(argv[1], options.at("lock") == "own");
@@ -126,10 +143,8 @@ int main(int argc, char* argv[])
         arv_gv_fake_camera_new_full("127.0.0.1", options.at("serial").c_str(), path);
     g_close(file, nullptr);
     std::remove(path);
-    if (!arv_gv_fake_camera_is_running(emulator)) {
-        std::puts("port taken");
+    if (!arv_gv_fake_camera_is_running(emulator))
         return 1;
-    }
 
     Camera camera(arv_gv_fake_camera_get_fake_camera(emulator));
     camera.set(kHasLut, number("lut") != 0);
