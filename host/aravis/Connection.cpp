@@ -1,5 +1,6 @@
 #include "host/aravis/Connection.h"
 
+#include <system_error>
 #include <thread>
 
 #include <QStringList>
@@ -18,13 +19,17 @@ std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamer
 {
     std::promise<void> closed;
     std::shared_future<void> future = closed.get_future().share();
-    std::thread([stream = std::move(stream), camera = std::move(camera), device = std::move(device),
-                 closed = std::move(closed)]() mutable {
-        stream.reset();
-        camera.reset();
-        device.reset();
-        closed.set_value();
-    }).detach();
+    try {
+        std::thread([stream = std::move(stream), camera = std::move(camera), device = std::move(device),
+                     closed = std::move(closed)]() mutable {
+            stream.reset();
+            camera.reset();
+            device.reset();
+            closed.set_value();
+        }).detach();
+    } catch (const std::system_error&) {
+        // No thread: all is closed by now.
+    }
     return future;
 }
 

@@ -1,9 +1,9 @@
 // A GigE Vision camera on loopback in a process of its own: Aravis' emulator with LutCamera.xml.
 //
 //   orlune-testcamera DESCRIPTION [lut=BYTES] [enable=1] [format=PFNC] [width=N] [height=N] [rate=N] [serial=S]
-//                     [lock=own|none]
+//                     [lock=own|none] [loss=RATIO]
 //
-// lut=0 is a camera without LUT. Prints "ready", or "port taken". Then, for each line on the standard input:
+// lut=0 is a camera without LUT, loss the share of the image packets that it does not send. Prints "ready", or "port taken". Then, for each line on the standard input:
 //   read ADDRESS LENGTH     prints the bytes in hex
 // and ends with the input. Addresses are decimal.
 #include <atomic>
@@ -125,7 +125,7 @@ int main(int argc, char* argv[])
 {
     std::map<std::string, std::string> options = {{"lut", "16424"},  {"enable", "0"}, {"format", "17301505"},
                                                   {"width", "320"},  {"height", "240"}, {"rate", "25"},
-                                                  {"serial", "T1"}, {"lock", "own"}};
+                                                  {"serial", "T1"}, {"lock", "own"}, {"loss", "0"}};
     for (int i = 2; i < argc; ++i) {
         const std::string option = argv[i];
         options[option.substr(0, option.find('='))] = option.substr(option.find('=') + 1);
@@ -154,6 +154,7 @@ int main(int argc, char* argv[])
     camera.set(ARV_FAKE_CAMERA_REGISTER_HEIGHT, number("height"));
     camera.set(ARV_FAKE_CAMERA_REGISTER_PIXEL_FORMAT, number("format"));
     camera.set(ARV_FAKE_CAMERA_REGISTER_ACQUISITION_FRAME_PERIOD_US, 1000000 / number("rate"));
+    g_object_set(emulator, "gvsp-lost-ratio", std::stod(options.at("loss")), nullptr);
     arv_fake_camera_set_fill_pattern(arv_gv_fake_camera_get_fake_camera(emulator), fillFrame, nullptr);
 
     std::atomic<bool> end{false};

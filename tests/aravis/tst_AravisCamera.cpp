@@ -64,6 +64,7 @@ private slots:
     void lockWhileStreaming();
     void framesAreExact_data();
     void framesAreExact();
+    void incompleteFramesAreCounted();
     void unknownPixelFormat();
     void noSecondController();
     void noCamera_data();
@@ -299,6 +300,7 @@ void tst_AravisCamera::lockWhileStreaming()
     }
     QCOMPARE(streaming.size(), 4);
     QCOMPARE(m_camera->setLocked(true), QString());
+    QCOMPARE(m_camera->reconnect(), QString());
     QCOMPARE(locked(), 1);
     QCOMPARE(m_camera->setLocked(false), QString());
     QCOMPARE(locked(), 0);
@@ -357,6 +359,22 @@ void tst_AravisCamera::framesAreExact()
             }
         }
     }
+}
+
+// The camera of this test sends nothing twice.
+void tst_AravisCamera::incompleteFramesAreCounted()
+{
+    OPEN_OR_SKIP({"rate=60", "loss=0.01"});
+    std::atomic<quint64> whole{0};
+    std::atomic<quint64> numbered{0};
+    m_camera->setFrameSink([&](host::Frame& frame) {
+        ++whole;
+        numbered = frame.number + 1;
+    });
+    QCOMPARE(m_camera->startStream(), QString());
+    QTRY_VERIFY(whole >= 5 && m_camera->lostFrames() >= 3);
+    m_camera->stopStream();
+    QVERIFY2(numbered > whole && numbered <= whole + m_camera->lostFrames(), "numbers show the gaps");
 }
 
 void tst_AravisCamera::unknownPixelFormat()

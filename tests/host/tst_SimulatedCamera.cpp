@@ -666,7 +666,9 @@ void tst_SimulatedCamera::unpluggedCameraIsLost()
     }
     camera->setFault("unplugged", true);
     QCOMPARE(lost.size(), 1);
+    QVERIFY(camera->reconnect().contains("unplugged"));
     camera->setFault("unplugged", false);
+    QCOMPARE(camera->reconnect(), QString());
     QCOMPARE(camera->startStream(), QString());
 
     camera->setFault("slow", true);
