@@ -13,7 +13,6 @@
 #include <fstream>
 #include <iostream>
 #include <map>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -100,10 +99,14 @@ std::string describe(const std::string& path, bool ownLock)
     std::ifstream file(path);
     std::stringstream text;
     text << file.rdbuf();
-    const std::string description = text.str();
-    const std::regex lock("<Integer Name=\"TLParamsLocked\">.*</Integer>");
-    return ownLock ? description
-                   : std::regex_replace(description, lock, "<Float Name=\"TLParamsLocked\"><Value>0</Value></Float>");
+    std::string description = text.str();
+    if (!ownLock) {
+        const std::string end = "</Integer>";
+        const std::size_t lock = description.find("<Integer Name=\"TLParamsLocked\">");
+        const std::size_t behind = description.find(end, lock) + end.size();
+        description.replace(lock, behind - lock, "<Float Name=\"TLParamsLocked\"><Value>0</Value></Float>");
+    }
+    return description;
 }
 
 // The emulator shares its port with whoever has it, and one of the two is not heard.

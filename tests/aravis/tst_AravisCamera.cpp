@@ -15,7 +15,7 @@ Q_DECLARE_METATYPE(EAccessMode)
 namespace {
 
 const QString kAddress = QStringLiteral("127.0.0.1");
-constexpr int kLostPatience = 20; // milliseconds that an access to a lost camera may take
+constexpr int kLostPatience = 1000; // milliseconds; less than one timeout of the transport
 
 template <class Interface> Interface& as(host::Camera& camera, const char* node)
 {
@@ -408,9 +408,10 @@ void tst_AravisCamera::noCamera()
 {
     QFETCH(QString, format);
     QFETCH(QString, named);
-    m_process.end();
-    if (!format.isEmpty() && !m_process.start())
+    if (!m_process.start())
         QSKIP("UDP port 3956 is taken");
+    if (format.isEmpty())
+        m_process.end();
     QString error;
     QVERIFY(!host::openAravisCamera({kAddress, format, {}}, &error));
     QVERIFY2(error.contains(named), qPrintable(error));
