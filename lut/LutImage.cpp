@@ -71,7 +71,7 @@ std::array<uchar, kImageBytes> ToBytes(const LutImage& image)
 void FromBytes(LutImage& image, const void* bytes, std::size_t size)
 {
     auto whole = ToBytes(image);
-    std::memcpy(whole.data(), bytes, std::min(size, whole.size()));
+    std::copy_n(static_cast<const uchar*>(bytes), std::min(size, whole.size()), whole.data());
     qFromLittleEndian<qint32>(whole.data(), kLutEntries, image.Entries);
     std::memcpy(image.Trailer, whole.data() + kTableBytes, kTrailerBytes);
 }

@@ -68,8 +68,9 @@ void MakeIdentity(LutImage& image);
 std::optional<LutTrailer> ReadTrailer(const LutImage& image);
 
 // Writes the trailer. Of the name the first 16 characters are kept, in Latin-1 with '?' for a character
-// outside it: such a name is not found again when the table is loaded, which then falls back to the identity
-// curve's name.
+// outside it. Who gives a standard curve a longer name, or such characters, gets the table and its settings
+// back all the same; only the curve is not found again, unless another one has the shorter name, and the
+// identity curve stands in for it.
 void StampTrailer(LutImage& image, const LutSettings& settings, const QString& standardName);
 
 // The byte form of an image, and back. FromBytes copies at most size and at most kImageBytes bytes over the

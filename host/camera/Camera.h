@@ -29,11 +29,15 @@ public:
     // Names the camera to a person: model, and address where it has one.
     virtual QString name() const = 0;
 
+    // What a person should know about how this camera was opened, a sentence each.
+    virtual QStringList warnings() const { return {}; }
+
     // Node maps, owned by the camera. The device map holds DeviceDisplayName and may be null.
     virtual GenApi_3_0::INodeMap* deviceNodeMap() = 0;
     virtual GenApi_3_0::INodeMap* remoteNodeMap() = 0;
 
-    // Receives every frame, on the camera's frame thread; may change it. Set while the stream is stopped.
+    // Receives every frame, on the camera's frame thread; may change it. Set while the stream is stopped. The
+    // sink must not throw, and must not wait for the GUI thread, which stopStream keeps waiting for it.
     virtual void setFrameSink(FrameSink sink) = 0;
 
     // Starts or stops the stream; both do nothing when it is so already. A running stream holds
@@ -42,6 +46,14 @@ public:
     virtual QString startStream() = 0;
     virtual void stopStream() = 0;
     virtual bool isStreaming() const = 0;
+
+    // Looks at something else from now on: what is "chart", "ramp", or the path of a picture or of a folder
+    // of pictures. The stream is started anew when it runs; warnings() are those of the new pictures. Empty,
+    // or why the camera goes on as before.
+    virtual QString setScene(const QString& /*what*/)
+    {
+        return tr("This camera sees what is in front of it.");
+    }
 
     // For scripts and bug reports: bytes of the LUT register, and of the stored user set's copy of it; empty
     // with a sentence in *error when there is none. pokeRegister loads bytes below the nodes, whatever their

@@ -1,0 +1,382 @@
+#include <QtTest>
+
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "PlainCurve.h"
+#include "curve/BezierCurve.h"
+
+using Table = std::vector<std::int32_t>;
+using Points = std::vector<TablePoint>;
+using Call = int (*)(CBezierCurve& curve, std::int32_t* table);
+Q_DECLARE_METATYPE(Table)
+Q_DECLARE_METATYPE(Points)
+Q_DECLARE_METATYPE(Call)
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinite = std::numeric_limits<double>::infinity();
+constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
+
+template <typename Value>
+Table MakeTable(Value value)
+{
+    Table table;
+    for (int i = 0; i < 4096; ++i)
+        table.push_back(value(i));
+    return table;
+}
+
+const Table kIdentity = MakeTable([](int i) { return i; });
+
+Table Pick(const Table& table, const Table& places)
+{
+    Table values;
+    for (const int place : places)
+        values.push_back(table.at(place));
+    return values;
+}
+
+// Where two tables first differ; empty when they are the same.
+QString Difference(const Table& table, const Table& wanted)
+{
+    const auto [a, b] = std::mismatch(table.begin(), table.end(), wanted.begin(), wanted.end());
+    if (a == table.end() || b == wanted.end())
+        return table.size() == wanted.size() ? "" : "sizes";
+    return QString("[%1] is %2, not %3").arg(a - table.begin()).arg(*a).arg(*b);
+}
+
+} // namespace
+
+class TestBezierCurve : public QObject
+{
+    Q_OBJECT
+
+    CBezierCurve m_curve; // one object throughout: no result may depend on the calls before
+    PlainCurve m_plain;
+
+private slots:
+    void intPow()
+    {
+        QCOMPARE(IntPow(kNaN, 0), 1.0);
+        QCOMPARE(IntPow(2.0, 12), 4096.0);
+        QCOMPARE(IntPow(3.0, 5), 243.0);
+        QCOMPARE(IntPow(2.0, -2), 0.25);
+        QCOMPARE(IntPow(-1.0, kLowest), 1.0);
+        QCOMPARE(IntPow(-1.0, kHighest), -1.0);
+    }
+
+    void points_data()
+    {
+        QTest::addColumn<int>("bits");
+        QTest::addColumn<Points>("points");
+        QTest::addColumn<Table>("places");
+        QTest::addColumn<Table>("values");
+        const auto row = [](const char* name, int bits, const Points& points, const Table& places,
+                            const Table& values) {
+            QTest::newRow(name) << bits << points << places << values;
+        };
+        row("identity", 12, {{0, 0}, {4095, 4095}}, kIdentity, kIdentity);
+        row("no extension", 12, {{1000, 500}, {3000, 3500}}, {0, 999, 1000, 2000, 3000, 3001, 4095},
+            {0, 0, 500, 2000, 3500, 0, 0});
+        row("three", 12, {{0, 0}, {2000, 1000}, {4095, 4095}}, {1000, 2000, 3000, 4000},
+            {312, 1000, 2287, 3932});
+        row("falling middle", 12, {{0, 0}, {1000, 3000}, {3000, 1000}, {4095, 4095}},
+            {500, 1000, 1500, 2000, 2500, 3000, 3500}, {2000, 3000, 2748, 1995, 1244, 1000, 1895});
+        row("cut off", 12, {{1000, 4000}, {3000, 4095}, {3500, 0}},
+            {999, 1000, 2000, 3000, 3100, 3400, 3500, 3501}, {0, 4000, 4095, 4095, 3750, 1135, 0, 0});
+        row("8 bits", 8, {{0, 0}, {128, 64}, {255, 255}}, {64, 128, 200, 255}, {20, 64, 161, 255});
+        row("no way between", 12, {{7, 9}, {8, 4000}}, {6, 7, 8, 9}, {0, 9, 4000, 0});
+        row("any height", 16, {{0, kLowest}, {1, kHighest}, {65534, kLowest}, {65535, kHighest}},
+            {0, 1, 65534, 65535}, {0, 65535, 0, 65535});
+        Points sixteen;
+        for (int k = 0; k < 16; ++k)
+            sixteen.push_back({k * 273, (k * 1237) % 4096});
+        row("sixteen", 12, sixteen, {0, 273, 4095}, {0, 1237, 2171});
+    }
+
+    void points()
+    {
+        QFETCH(int, bits);
+        QFETCH(Points, points);
+        QFETCH(Table, places);
+        QFETCH(Table, values);
+        Table table(1 << bits, -1), plain(1 << bits);
+        QCOMPARE(m_curve.CreatePointCurve(points.data(), int(points.size()), bits, table.data()), 0);
+        QCOMPARE(Difference(Pick(table, places), values), QString());
+        m_plain.PointCurve(points.data(), int(points.size()), bits, plain.data());
+        QCOMPARE(Difference(table, plain), QString());
+    }
+
+    // Segments that meet the table's borders, or that make no sense, with room on both sides of the table.
+    void segment_data()
+    {
+        QTest::addColumn<double>("x1");
+        QTest::addColumn<double>("x2");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("count");
+        QTest::newRow("inside") << 0.2 << 0.5 << 2 << 4;
+        QTest::newRow("over the end") << 0.8 << 1.7 << 8 << 3;
+        QTest::newRow("without end") << 0.0 << kInfinite << 0 << 11;
+        QTest::newRow("rounded to the start") << -0.1 << 0.1 << 0 << 3;
+        QTest::newRow("from before") << -0.2 << 0.5 << 0 << 0;
+        QTest::newRow("from far before") << -1e308 << 1e308 << 0 << 0;
+        QTest::newRow("behind") << 1.1 << 1.2 << 0 << 0;
+        QTest::newRow("no width") << 0.3 << 0.3 << 0 << 0;
+        QTest::newRow("to the left") << 0.5 << 0.2 << 0 << 0;
+        QTest::newRow("from no number") << kNaN << 0.2 << 0 << 0;
+        QTest::newRow("to no number") << 0.2 << kNaN << 0 << 0;
+    }
+
+    void segment()
+    {
+        QFETCH(double, x1);
+        QFETCH(double, x2);
+        QFETCH(int, first);
+        QFETCH(int, count);
+        const CurvePoint points[] = {{x1, 7.0}, {x2, 7.0}};
+        std::vector<double> wanted(33, -1.0), table(wanted);
+        std::fill_n(wanted.begin() + 11 + first, count, 1.0);
+        m_curve.BezierSegment({points, table.data() + 11, 11}, 0, 0, 1, 1);
+        QCOMPARE(table, wanted);
+    }
+
+    void wholeTables_data()
+    {
+        QTest::addColumn<int>("bits");
+        QTest::addColumn<int>("step");
+        for (const int bits : {12, 8, 9, 10, 11, 13, 14, 15, 16})
+            QTest::addRow("%d bits", bits) << bits << (bits == 12 ? 1 : 1 << (bits / 3));
+    }
+
+    void wholeTables()
+    {
+        QFETCH(int, bits);
+        QFETCH(int, step);
+        Table table(1 << bits), plain(1 << bits);
+        const auto compare = [&](const char* control, double setting) {
+            const QString difference = Difference(table, plain);
+            QVERIFY2(difference.isEmpty(),
+                     qPrintable(QString("%1 %2: ").arg(control).arg(setting) + difference));
+            QCOMPARE(table.front(), 0);
+            QCOMPARE(table.back(), (1 << bits) - 1);
+        };
+        std::vector<double> gammas{1e-310, 0.002, 0.00999, 0.01, 0.5, 1.0, 1.0 + 1e-12, 3.14159, 4.0};
+        for (int setting = 0; setting <= 400; setting += step)
+            gammas.push_back(setting / 100.0);
+        for (const double gamma : gammas) {
+            QCOMPARE(m_curve.CreateGammaLut(gamma, bits, table.data()), 0);
+            m_plain.GammaLut(gamma, bits, plain.data());
+            compare("gamma", gamma);
+        }
+        for (int tone = -150; tone <= 150; tone += step) {
+            QCOMPARE(m_curve.CreateBrightnessLut(tone, bits, table.data()), 0);
+            m_plain.BrightnessLut(tone, bits, plain.data());
+            compare("brightness", tone);
+            QCOMPARE(m_curve.CreateContrastLut(tone, bits, table.data()), 0);
+            m_plain.ContrastLut(tone, bits, plain.data());
+            compare("contrast", tone);
+            QCOMPARE(m_curve.CreateCompositeLut(tone, -tone, 2.2, bits, table.data()), 0);
+            m_plain.CompositeLut(tone, -tone, 2.2, bits, plain.data());
+            compare("composite", tone);
+        }
+    }
+
+    void singleStages()
+    {
+        Table table(4096);
+        QCOMPARE(m_curve.CreateGammaLut(1.0, 12, table.data()), 0);
+        QCOMPARE(Difference(table, kIdentity), QString());
+        QCOMPARE(m_curve.CreateGammaLut(2.0, 12, table.data()), 0);
+        QCOMPARE(table[2048], 2895);
+        QCOMPARE(m_curve.CreateGammaLut(-0.0, 12, table.data()), 0);
+        QCOMPARE(Difference(Pick(table, {0, 4094, 4095}), {0, 0, 4095}), QString());
+
+        QCOMPARE(m_curve.CreateBrightnessLut(0, 12, table.data()), 0);
+        QVERIFY(std::equal(kIdentity.begin(), kIdentity.begin() + 2622, table.begin()));
+        QCOMPARE(Difference(Pick(table, {2622, 3000, 3530, 4000, 4094, 4095}),
+                            {2623, 3019, 3578, 4018, 4094, 4095}),
+                 QString());
+
+        QCOMPARE(m_curve.CreateContrastLut(0, 12, table.data()), 0);
+        Table below; // the entries that are one less than the identity
+        for (int i = 0; i < 4096; ++i) {
+            QVERIFY(table[i] == i || table[i] == i - 1);
+            if (table[i] != i)
+                below.push_back(i);
+        }
+        QCOMPARE(below.size(), std::size_t(235));
+        QCOMPARE(below.front(), 2073);
+        QCOMPARE(below.back(), 3053);
+
+        Table neutral(256), small(256); // half a step of contrast is cut off
+        QCOMPARE(m_curve.CreateContrastLut(0, 8, neutral.data()), 0);
+        for (const int contrast : {1, -1}) {
+            QCOMPARE(m_curve.CreateContrastLut(contrast, 8, small.data()), 0);
+            QCOMPARE(Difference(small, neutral), QString());
+        }
+        QCOMPARE(m_curve.CreateContrastLut(3, 8, small.data()), 0);
+        QCOMPARE(Difference(Pick(small, {63, 191}), {62, 192}), QString());
+    }
+
+    void range_data()
+    {
+        QTest::addColumn<Table>("base");
+        QTest::addColumn<int>("gamma"); // in millionths
+        QTest::addColumn<int>("brightness");
+        QTest::addColumn<int>("contrast");
+        QTest::addColumn<int>("lo");
+        QTest::addColumn<int>("hi");
+        QTest::addColumn<Table>("places");
+        QTest::addColumn<Table>("values");
+        const Table spread{0, 1, 16, 100, 1024, 2048, 3000, 3500, 4000, 4080, 4095};
+        const auto whole = [&](int gamma, int brightness, int contrast, const Table& values) {
+            QTest::addRow("%d, %d, %d", gamma, brightness, contrast)
+                << kIdentity << gamma * 10000 << brightness << contrast << 0 << 4095 << spread << values;
+        };
+        whole(200, 0, 0, {0, 63, 255, 639, 2047, 2906, 3551, 3827, 4056, 4089, 4095});
+        whole(400, 0, 0, {0, 511, 1023, 1618, 2906, 3488, 3829, 3964, 4076, 4092, 4095});
+        whole(50, 0, 0, {0, 0, 0, 2, 256, 1024, 2197, 3009, 3937, 4071, 4095});
+        whole(0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 4095});
+        whole(100, 150, 0, {0, 3, 45, 280, 2616, 3857, 4061, 4052, 4079, 4092, 4095});
+        whole(100, -150, 0, {0, 0, 3, 18, 210, 561, 1140, 1580, 3759, 4054, 4095});
+        whole(100, 0, 150, {0, 0, 0, 0, 0, 2048, 4095, 4095, 4095, 4095, 4095});
+        whole(100, 0, -150, {0, 3, 45, 278, 2223, 2048, 1822, 2686, 3885, 4062, 4095});
+        whole(150, 30, -40, {0, 28, 186, 618, 1988, 2642, 3355, 3710, 4037, 4085, 4095});
+
+        const auto row = [](const char* name, const Table& base, int gamma, int lo, int hi,
+                            const Table& places, const Table& values) {
+            QTest::newRow(name) << base << gamma << 0 << 0 << lo << hi << places << values;
+        };
+        row("inner", kIdentity, 2000000, 100, 1000, {99, 100, 101, 200, 500, 900, 999, 1000, 1001},
+            {99, 100, 127, 400, 700, 956, 999, 1000, 1001});
+        row("inner step", kIdentity, 0, 100, 1000, {99, 100, 101, 999, 1000, 1001},
+            {99, 100, 100, 100, 1000, 1001});
+        row("flat", MakeTable([](int) { return 700; }), 500000, 0, 4095, {0, 2000, 4095}, {700, 700, 700});
+        row("half scale", MakeTable([](int i) { return i / 2; }), 2000000, 0, 4095,
+            {2, 1000, 2000, 3000, 4094, 4095}, {44, 1011, 1435, 1775, 2047, 2047});
+        row("5000 outside", MakeTable([](int i) { return i == 50 ? 5000 : i; }), 2000000, 100, 1000,
+            {50, 500}, {5000, 700});
+        row("scattered", MakeTable([](int i) { return i * 1237 % 4096; }), 700000, 7, 70, {1}, {1237});
+        row("near neutral", kIdentity, 1000200, 0, 4095, {3000}, {3019});
+        row("neutral, any range", kIdentity, 1000050, 10, 0, {3, 3000}, {3, 3000});
+    }
+
+    void range()
+    {
+        QFETCH(Table, base);
+        QFETCH(int, gamma);
+        QFETCH(int, brightness);
+        QFETCH(int, contrast);
+        QFETCH(int, lo);
+        QFETCH(int, hi);
+        QFETCH(Table, places);
+        QFETCH(Table, values);
+        Table table = base, plain = base;
+        QCOMPARE(m_curve.AdjustLutRange(brightness, contrast, gamma / 1e6, lo, hi, table.data()), 0);
+        QCOMPARE(Difference(Pick(table, places), values), QString());
+        m_plain.AdjustRange(brightness, contrast, gamma / 1e6, lo, hi, plain.data());
+        QCOMPARE(Difference(table, plain), QString());
+    }
+
+    // Stretching and squeezing are exact for every width and place of the values.
+    void everyWidth()
+    {
+        for (int width = 0; width < 4096; width += 5) {
+            const int low = (4095 - width) / 2;
+            Table table = MakeTable([&](int i) { return low + i % (width + 1); }), plain = table;
+            QCOMPARE(m_curve.AdjustLutRange(width % 150, 0, 1.0, 0, 4095, table.data()), 0);
+            m_plain.AdjustRange(width % 150, 0, 1.0, 0, 4095, plain.data());
+            QCOMPARE(Difference(table, plain), QString());
+        }
+    }
+
+    void extremes()
+    {
+        std::int32_t max = 1, min = 2;
+        Table table = kIdentity;
+        table[200] = kLowest;
+        table[263] = kHighest;
+        QCOMPARE(m_curve.FindRangeExtremes(200, 263, table.data(), &max, &min), 0);
+        QCOMPARE(max, kHighest);
+        QCOMPARE(min, kLowest);
+        for (const auto& [lo, hi] :
+             {std::pair{7, 69}, {-1, 4095}, {0, 4096}, {kHighest, kLowest}, {kLowest, kHighest}})
+            QCOMPARE(m_curve.FindRangeExtremes(lo, hi, table.data(), &max, &min), -102);
+        QCOMPARE(m_curve.FindRangeExtremes(0, 4095, nullptr, &max, &min), -101);
+        QCOMPARE(max, kHighest);
+        QCOMPARE(min, kLowest);
+    }
+
+    void refused_data()
+    {
+        QTest::addColumn<Call>("call");
+        QTest::addColumn<int>("code");
+        const auto row = [](const char* name, int code, Call call) { QTest::newRow(name) << call << code; };
+        using C = CBezierCurve&;
+        using T = std::int32_t*;
+        row("points null", -101, [](C c, T t) { return c.CreatePointCurve(nullptr, 2, 7, t); });
+        row("points out null", -101, [](C c, T) { return WithPoints(c, {{0, 0}, {9, 9}}, 7, nullptr); });
+        row("points bits 7", -102, [](C c, T t) { return WithPoints(c, {{0, 0}, {9, 9}}, 7, t); });
+        row("points bits 17", -102, [](C c, T t) { return WithPoints(c, {{0, 0}, {9, 9}}, 17, t); });
+        row("one point", -102, [](C c, T t) { return WithPoints(c, {{0, 0}}, 12, t); });
+        row("seventeen points", -102, [](C c, T t) { return WithPoints(c, Points(17), 12, t); });
+        row("x repeats", -102, [](C c, T t) { return WithPoints(c, {{0, 0}, {7, 7}, {7, 9}}, 12, t); });
+        row("x falls", -102, [](C c, T t) { return WithPoints(c, {{0, 0}, {9, 7}, {7, 9}}, 12, t); });
+        row("x before", -102, [](C c, T t) { return WithPoints(c, {{-1, 0}, {9, 9}}, 12, t); });
+        row("x behind", -102, [](C c, T t) { return WithPoints(c, {{0, 0}, {256, 9}}, 8, t); });
+        row("x far out", -102, [](C c, T t) { return WithPoints(c, {{kLowest, 0}, {kHighest, 9}}, 12, t); });
+
+        row("gamma above", -102, [](C c, T) { return c.CreateGammaLut(4.01, 12, nullptr); });
+        row("gamma below", -102, [](C c, T t) { return c.CreateGammaLut(-0.01, 12, t); });
+        row("gamma no number", -102, [](C c, T t) { return c.CreateGammaLut(kNaN, 12, t); });
+        row("gamma bits 17", -102, [](C c, T) { return c.CreateGammaLut(1.0, 17, nullptr); });
+        row("gamma null", -101, [](C c, T) { return c.CreateGammaLut(1.0, 12, nullptr); });
+        row("brightness null", -101, [](C c, T) { return c.CreateBrightnessLut(151, 12, nullptr); });
+        row("brightness", -102, [](C c, T t) { return c.CreateBrightnessLut(-151, 12, t); });
+        row("brightness bits 7", -102, [](C c, T t) { return c.CreateBrightnessLut(0, 7, t); });
+        row("contrast null", -101, [](C c, T) { return c.CreateContrastLut(151, 12, nullptr); });
+        row("contrast", -102, [](C c, T t) { return c.CreateContrastLut(kHighest, 12, t); });
+        row("contrast bits 17", -102, [](C c, T t) { return c.CreateContrastLut(0, 17, t); });
+        row("all brightness", -102, [](C c, T) { return c.CreateCompositeLut(151, 0, 1.0, 12, nullptr); });
+        row("all contrast", -102, [](C c, T) { return c.CreateCompositeLut(0, -151, 1.0, 12, nullptr); });
+        row("all gamma", -102, [](C c, T) { return c.CreateCompositeLut(0, 0, 4.01, 12, nullptr); });
+        row("all bits 7", -102, [](C c, T) { return c.CreateCompositeLut(0, 0, 1.0, 7, nullptr); });
+        row("all null", -101, [](C c, T) { return c.CreateCompositeLut(0, 0, 1.0, 12, nullptr); });
+
+        row("range null", -101, [](C c, T) { return c.AdjustLutRange(0, 0, 1.0, 0, 4095, nullptr); });
+        row("range of 63", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 0, 62, t); });
+        row("range behind", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 3500, 4096, t); });
+        row("range brightness", -102, [](C c, T t) { return c.AdjustLutRange(151, 0, 1.0, 0, 100, t); });
+        row("range gamma", -102, [](C c, T t) { return c.AdjustLutRange(0, 0, kNaN, 0, 100, t); });
+        row("entry 5000", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 100, 1000, t); });
+        row("entry -7", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 1100, 2000, t); });
+        row("entries far apart", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 2900, 3200, t); });
+    }
+
+    void refused()
+    {
+        QFETCH(Call, call);
+        QFETCH(int, code);
+        Table table = kIdentity;
+        table[500] = 5000;
+        table[1500] = -7;
+        table[3000] = kLowest;
+        table[3001] = kHighest;
+        const Table before = table;
+        QCOMPARE(call(m_curve, table.data()), code);
+        QCOMPARE(Difference(table, before), QString());
+    }
+
+private:
+    static int WithPoints(CBezierCurve& curve, const Points& points, int bits, std::int32_t* table)
+    {
+        return curve.CreatePointCurve(points.data(), int(points.size()), bits, table);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBezierCurve)
+#include "tst_beziercurve.moc"
