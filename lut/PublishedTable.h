@@ -72,7 +72,7 @@ private:
     std::array<Slot, kSlots> m_slots;
     // Index of the current slot in the top byte, below it the number of snapshots handed out of it since it
     // became current: both change in one step, so none is handed out uncounted.
-    alignas(64) mutable std::atomic<std::uint64_t> m_current;
+    mutable std::atomic<std::uint64_t> m_current;
 };
 
 } // namespace orlune

@@ -36,7 +36,8 @@ public:
     virtual GenApi_3_0::INodeMap* deviceNodeMap() = 0;
     virtual GenApi_3_0::INodeMap* remoteNodeMap() = 0;
 
-    // Receives every frame, on the camera's frame thread; may change it. Set while the stream is stopped.
+    // Receives every frame, on the camera's frame thread; may change it. Set while the stream is stopped. The
+    // sink must not throw, and must not wait for the GUI thread, which stopStream keeps waiting for it.
     virtual void setFrameSink(FrameSink sink) = 0;
 
     // Starts or stops the stream; both do nothing when it is so already. A running stream holds

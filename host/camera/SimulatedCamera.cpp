@@ -129,7 +129,9 @@ SimulatedCamera::SimulatedCamera(const SimulatedCameraOptions& options, const Pi
       m_hasEnable(findModel(options.model)->hasEnable), m_lutBytes(lutBytesOf(options)), m_format(format),
       m_frameRate(options.frameRate), m_source(std::move(source)), m_warnings(std::move(warnings)),
       m_memory(kTables + kTableCount * m_lutBytes), m_deviceMap(m_faults), m_remoteMap(m_faults),
-      m_userSets(factoryFeatures(m_lutBytes), options.model, options.stateFile)
+      m_userSets(factoryFeatures(m_lutBytes),
+                 QStringLiteral("%1 with a LUT register of %2 bytes").arg(m_model).arg(m_lutBytes),
+                 options.stateFile)
 {
     if (!m_userSets.problem().isEmpty()) {
         m_warnings << m_userSets.problem();
@@ -170,17 +172,19 @@ void SimulatedCamera::addNodes()
 
 bool SimulatedCamera::isFrozen() const
 {
-    return !m_hasEnable && m_memory.word(kParamsLocked) != 0;
+    return m_hasLut && !m_hasEnable && m_memory.word(kParamsLocked) != 0;
 }
 
 int SimulatedCamera::selectedTable() const
 {
-    return kTables + m_memory.word(kLutSelector) * m_lutBytes;
+    const int selected =
+        std::clamp(m_memory.word(kLutSelector), 0, kTableCount - 1); // a state file's, perhaps
+    return kTables + selected * m_lutBytes;
 }
 
 void SimulatedCamera::loadUserSet()
 {
-    if (m_hasLut && isFrozen()) {
+    if (isFrozen()) {
         refuseAccess("No user set can be loaded while TLParamsLocked is 1.");
     }
     m_memory.write(kFeatures, m_userSets.bytes(m_memory.word(kUserSetSelector)));
@@ -275,25 +279,32 @@ void SimulatedCamera::produceFrame(std::uint64_t number)
 
 QByteArray SimulatedCamera::registerBytes(QString* error)
 {
-    return m_hasLut ? m_memory.read(selectedTable(), m_lutBytes) : noRegister(error);
+    return selectedTableIn(m_memory.read(kFeatures, featureBytes()), error);
 }
 
 QByteArray SimulatedCamera::userSetBytes(QString* error)
 {
-    return m_hasLut ? m_userSets.bytes(UserSets::kUserSet0).mid(selectedTable() - kFeatures, m_lutBytes)
-                    : noRegister(error);
+    return selectedTableIn(m_userSets.bytes(UserSets::kUserSet0), error);
 }
 
-QByteArray SimulatedCamera::noRegister(QString* error) const
+QByteArray SimulatedCamera::selectedTableIn(const QByteArray& features, QString* error) const
 {
-    *error = tr("This camera has no LUT register.");
-    return {};
+    if (!m_hasLut) {
+        *error = noRegister();
+        return {};
+    }
+    return features.mid(selectedTable() - kFeatures, m_lutBytes);
+}
+
+QString SimulatedCamera::noRegister() const
+{
+    return tr("This camera has no LUT register.");
 }
 
 QString SimulatedCamera::pokeRegister(const QByteArray& bytes)
 {
     if (!m_hasLut) {
-        return tr("This camera has no LUT register.");
+        return noRegister();
     }
     if (bytes.size() != m_lutBytes) {
         return tr("The camera's LUT register has %1 bytes, not %2.").arg(m_lutBytes).arg(bytes.size());

@@ -83,7 +83,8 @@ private:
     int featureBytes() const { return m_userSets.bytes(UserSets::kFactorySet).size(); }
     void loadUserSet();
     void saveUserSet();
-    QByteArray noRegister(QString* error) const;
+    QByteArray selectedTableIn(const QByteArray& features, QString* error) const;
+    QString noRegister() const;
     void produceFrame(std::uint64_t number);
 
     const QString m_model;

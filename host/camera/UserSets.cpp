@@ -9,7 +9,6 @@
 namespace host {
 
 static const QString kCamera = QStringLiteral("camera");
-static const QString kSetBytes = QStringLiteral("setBytes");
 static const QString kStartSet = QStringLiteral("startSet");
 static const QString kUserSet = QStringLiteral("userSet0");
 static const QString kChecksum = QStringLiteral("sha256");
@@ -35,10 +34,8 @@ UserSets::UserSets(QByteArray factory, const QString& camera, const QString& sta
 
 QJsonObject UserSets::toJson(const QByteArray& userSet, int startSet) const
 {
-    QJsonObject state{{kCamera, m_camera},
-                      {kSetBytes, m_factory.size()},
-                      {kStartSet, startSet},
-                      {kUserSet, QString::fromLatin1(userSet.toBase64())}};
+    QJsonObject state{
+        {kCamera, m_camera}, {kStartSet, startSet}, {kUserSet, QString::fromLatin1(userSet.toBase64())}};
     state[kChecksum] = checksum(state);
     return state;
 }
@@ -57,7 +54,7 @@ QString UserSets::load()
     if (state.isEmpty() || state[kChecksum].toString() != checksum(state)) {
         return tr("it is damaged");
     }
-    if (state[kCamera].toString() != m_camera || state[kSetBytes].toInt() != m_factory.size()) {
+    if (state[kCamera].toString() != m_camera) {
         return tr("it belongs to another camera, %1").arg(state[kCamera].toString());
     }
     const QByteArray userSet = QByteArray::fromBase64(state[kUserSet].toString().toLatin1());

@@ -15,6 +15,8 @@ using Change = std::function<void(SimulatedCameraOptions&)>;
 Q_DECLARE_METATYPE(Spoil)
 Q_DECLARE_METATYPE(Change)
 
+#define VERIFY_REFUSED(call) QVERIFY_EXCEPTION_THROWN(call, GenICam_3_0::GenericException)
+
 namespace {
 
 template <class Interface>
@@ -171,8 +173,7 @@ void tst_SimulatedCamera::modelsHaveTheirNodes()
     QCOMPARE(find<IBoolean>(*camera, "LUTEnable") != nullptr, hasEnable);
     QVERIFY(!find<IInteger>(*camera, "LUTValueAll")); // one type each
     QVERIFY(!find<INode>(*camera, "Gamma"));
-    QVERIFY_EXCEPTION_THROWN(find<IInteger>(*camera, "TLParamsLocked")->SetValue(1),
-                             GenICam_3_0::GenericException);
+    VERIFY_REFUSED(find<IInteger>(*camera, "TLParamsLocked")->SetValue(1));
     QString error;
     QCOMPARE(camera->registerBytes(&error).isEmpty(), !hasTable);
     QCOMPARE(error.isEmpty(), hasTable);
@@ -185,7 +186,7 @@ void tst_SimulatedCamera::displayNameIsHandedOut()
     const auto camera = make(options);
     auto* name = dynamic_cast<IString*>(camera->deviceNodeMap()->GetNode("DeviceDisplayName"));
     QCOMPARE(name->GetValue().c_str(), "Cam\xe9ra 1");
-    QVERIFY_EXCEPTION_THROWN(name->SetValue("x"), GenICam_3_0::GenericException);
+    VERIFY_REFUSED(name->SetValue("x"));
     QVERIFY(!find<INode>(*camera, "DeviceDisplayName"));
 }
 
@@ -209,7 +210,7 @@ void tst_SimulatedCamera::registerKeepsItsBytes()
     writeTable(*camera, bytes);
     QCOMPARE(written.size(), 1);
     QCOMPARE(written.first().first().toInt(), length);
-    QVERIFY_EXCEPTION_THROWN(writeTable(*camera, bytes + 'x'), GenICam_3_0::GenericException);
+    VERIFY_REFUSED(writeTable(*camera, bytes + 'x'));
     QCOMPARE(readTable(*camera), bytes);
 
     QString error;
@@ -229,8 +230,8 @@ void tst_SimulatedCamera::selectorSwitchesTables()
     auto* selector = find<IEnumeration>(*camera, "LUTSelector");
     selector->SetIntValue(1);
     writeTable(*camera, filled(9));
-    QVERIFY_EXCEPTION_THROWN(selector->SetIntValue(2), GenICam_3_0::GenericException);
-    QVERIFY_EXCEPTION_THROWN(selector->SetIntValue(-1), GenICam_3_0::GenericException);
+    VERIFY_REFUSED(selector->SetIntValue(2));
+    VERIFY_REFUSED(selector->SetIntValue(-1));
     QCOMPARE(selector->GetIntValue(), 1);
     QCOMPARE(pixel(firstFrame(*camera), 3000), 3000); // frames run through table 0
     selector->SetIntValue(0);
@@ -338,8 +339,8 @@ void tst_SimulatedCamera::streamLocksTheParameters()
         QCOMPARE(locked->GetValue(), 1);
         QCOMPARE(node->GetAccessMode(), refuses ? RO : RW);
         if (refuses) {
-            QVERIFY_EXCEPTION_THROWN(writeTable(*camera, table), GenICam_3_0::GenericException);
-            QVERIFY_EXCEPTION_THROWN(load->Execute(), GenICam_3_0::GenericException);
+            VERIFY_REFUSED(writeTable(*camera, table));
+            VERIFY_REFUSED(load->Execute());
             QCOMPARE(readTable(*camera), before);
         } else {
             writeTable(*camera, table);
@@ -467,14 +468,12 @@ void tst_SimulatedCamera::factorySetStaysAsItIs()
     const QByteArray factory = readTable(*camera);
     writeTable(*camera, filled(5));
     QCOMPARE(find<IEnumeration>(*camera, "UserSetSelector")->GetIntValue(), 0);
-    QVERIFY_EXCEPTION_THROWN(find<ICommand>(*camera, "UserSetSave")->Execute(),
-                             GenICam_3_0::GenericException);
+    VERIFY_REFUSED(find<ICommand>(*camera, "UserSetSave")->Execute());
     QVERIFY(!QFile::exists(stateFile()));
     QCOMPARE(readTable(*camera), filled(5));
     find<ICommand>(*camera, "UserSetLoad")->Execute();
     QCOMPARE(readTable(*camera), factory);
-    QVERIFY_EXCEPTION_THROWN(find<IEnumeration>(*camera, "UserSetSelector")->SetIntValue(2),
-                             GenICam_3_0::GenericException);
+    VERIFY_REFUSED(find<IEnumeration>(*camera, "UserSetSelector")->SetIntValue(2));
 }
 
 void tst_SimulatedCamera::unwritableStateChangesNothing()
@@ -484,11 +483,10 @@ void tst_SimulatedCamera::unwritableStateChangesNothing()
     const QByteArray before = camera->userSetBytes(&error);
     writeTable(*camera, filled(5));
     find<IEnumeration>(*camera, "UserSetSelector")->SetIntValue(1);
-    QVERIFY_EXCEPTION_THROWN(find<ICommand>(*camera, "UserSetSave")->Execute(),
-                             GenICam_3_0::GenericException);
+    VERIFY_REFUSED(find<ICommand>(*camera, "UserSetSave")->Execute());
     QCOMPARE(camera->userSetBytes(&error), before);
     auto* start = find<IEnumeration>(*camera, "UserSetDefault");
-    QVERIFY_EXCEPTION_THROWN(start->SetIntValue(1), GenICam_3_0::GenericException);
+    VERIFY_REFUSED(start->SetIntValue(1));
     QCOMPARE(start->GetIntValue(), 0);
 }
 
@@ -500,8 +498,6 @@ void tst_SimulatedCamera::uselessStateFileIsReportedAndKept_data()
     const Spoil nothing = [](QByteArray&) {};
     QTest::newRow("empty") << Spoil([](QByteArray& state) { state.clear(); }) << QByteArray("lut") << -1;
     QTest::newRow("cut off") << Spoil([](QByteArray& state) { state.chop(3); }) << QByteArray("lut") << -1;
-    QTest::newRow("half") << Spoil([](QByteArray& state) { state.truncate(state.size() / 2); })
-                          << QByteArray("lut") << -1;
     QTest::newRow("one character of the table") << Spoil([](QByteArray& state) {
         const int at = state.indexOf("AAAA", state.size() / 2);
         QVERIFY(at > 0);
@@ -510,8 +506,15 @@ void tst_SimulatedCamera::uselessStateFileIsReportedAndKept_data()
     QTest::newRow("start set") << Spoil([](QByteArray& state) {
         state.replace("\"startSet\": 1", "\"startSet\": 0");
     }) << QByteArray("lut") << -1;
-    QTest::newRow("another text") << Spoil([](QByteArray& state) { state = "[1, 2]"; }) << QByteArray("lut")
-                                  << -1;
+    QTest::newRow("set too short, checksum right") << Spoil([](QByteArray& state) {
+        QJsonObject object = QJsonDocument::fromJson(state).object();
+        object["userSet0"] = "AAAA";
+        object.remove("sha256");
+        const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
+        object["sha256"] =
+            QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex());
+        state = QJsonDocument(object).toJson();
+    }) << QByteArray("lut") << -1;
     QTest::newRow("another model") << nothing << QByteArray("lut-enable") << -1;
     QTest::newRow("another length") << nothing << QByteArray("lut") << 16384;
 }

@@ -5,7 +5,7 @@
 
 using namespace orlune;
 
-class TestPlainString : public QObject
+class tst_PlainString : public QObject
 {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ private slots:
     void Null();
 };
 
-void TestPlainString::ByCodec_data()
+void tst_PlainString::ByCodec_data()
 {
     QTest::addColumn<QByteArray>("codec");
     QTest::addColumn<QString>("text");
@@ -30,7 +30,7 @@ void TestPlainString::ByCodec_data()
     QTest::newRow("empty") << QByteArray("GB2312") << QString() << QByteArray();
 }
 
-void TestPlainString::ByCodec()
+void tst_PlainString::ByCodec()
 {
     QFETCH(QByteArray, codec);
     QFETCH(QString, text);
@@ -42,7 +42,7 @@ void TestPlainString::ByCodec()
 }
 
 // Half a character and a byte that begins none: some text, no matter which, and no read beyond the bytes.
-void TestPlainString::BadBytes()
+void tst_PlainString::BadBytes()
 {
     SetPlainStringCodec(QTextCodec::codecForName("GB2312"));
     QVERIFY(FromPlainString(QByteArray("ok\xff\xc4")).startsWith("ok"));
@@ -50,7 +50,7 @@ void TestPlainString::BadBytes()
     QCOMPARE(ToPlainString(QString::fromUtf8("曲")), std::string("?"));
 }
 
-void TestPlainString::Null()
+void tst_PlainString::Null()
 {
     const char* nothing = nullptr;
     QVERIFY(FromPlainString(nothing).isEmpty());
@@ -58,5 +58,5 @@ void TestPlainString::Null()
     QVERIFY(FromPlainString(nothing).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestPlainString)
-#include "tst_plainstring.moc"
+QTEST_GUILESS_MAIN(tst_PlainString)
+#include "tst_PlainString.moc"

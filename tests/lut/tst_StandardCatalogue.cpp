@@ -7,7 +7,7 @@
 
 using namespace orlune;
 
-class TestStandardCatalogue : public QObject
+class tst_StandardCatalogue : public QObject
 {
     Q_OBJECT
 
@@ -35,7 +35,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-void TestStandardCatalogue::ByName_data()
+void tst_StandardCatalogue::ByName_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QStringList>("names");
@@ -51,7 +51,7 @@ void TestStandardCatalogue::ByName_data()
     QTest::newRow("no suffix") << "bin" << QStringList{};
 }
 
-void TestStandardCatalogue::ByName()
+void tst_StandardCatalogue::ByName()
 {
     QFETCH(QString, file);
     QFETCH(QStringList, names);
@@ -60,14 +60,14 @@ void TestStandardCatalogue::ByName()
     QCOMPARE(Names("lut"), QStringList{});
 }
 
-void TestStandardCatalogue::Order()
+void tst_StandardCatalogue::Order()
 {
     for (const char* name : {"srgb.bin", "Log.bin", "cie.bin", "a.old.bin", "a.bin"})
         Touch(name);
     QCOMPARE(Names(), QStringList({"a", "cie", "Log", "srgb"}));
 }
 
-void TestStandardCatalogue::Links()
+void tst_StandardCatalogue::Links()
 {
     Touch("target.dat");
     QVERIFY(QDir(m_dir->path()).mkdir("directory.bin"));
@@ -81,7 +81,7 @@ void TestStandardCatalogue::Links()
     QCOMPARE(curves[0].Path, QFileInfo(m_dir->filePath("target.dat")).canonicalFilePath());
 }
 
-void TestStandardCatalogue::NothingToScan()
+void tst_StandardCatalogue::NothingToScan()
 {
     QCOMPARE(ScanStandardCatalogue(m_dir->path(), "bin").size(), 0);
     QCOMPARE(ScanStandardCatalogue(m_dir->filePath("absent"), "bin").size(), 0);
@@ -89,5 +89,5 @@ void TestStandardCatalogue::NothingToScan()
     QCOMPARE(ScanStandardCatalogue(m_dir->filePath("file"), "bin").size(), 0);
 }
 
-QTEST_GUILESS_MAIN(TestStandardCatalogue)
-#include "tst_standardcatalogue.moc"
+QTEST_GUILESS_MAIN(tst_StandardCatalogue)
+#include "tst_StandardCatalogue.moc"

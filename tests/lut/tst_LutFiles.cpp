@@ -74,7 +74,7 @@ private:
 
 } // namespace
 
-class TestLutFiles : public QObject
+class tst_LutFiles : public QObject
 {
     Q_OBJECT
 
@@ -113,13 +113,13 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-void TestLutFiles::init()
+void tst_LutFiles::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     QVERIFY(m_dir->isValid());
 }
 
-void TestLutFiles::LutOfLength_data()
+void tst_LutFiles::LutOfLength_data()
 {
     QTest::addColumn<int>("length");
     QTest::addColumn<int>("code");
@@ -133,7 +133,7 @@ void TestLutFiles::LutOfLength_data()
     QTest::newRow("much longer") << 1000000 << 0;
 }
 
-void TestLutFiles::LutOfLength()
+void tst_LutFiles::LutOfLength()
 {
     QFETCH(int, length);
     QFETCH(int, code);
@@ -152,7 +152,7 @@ void TestLutFiles::LutOfLength()
     QVERIFY(Same(current, baseOnly));
 }
 
-void TestLutFiles::CsvLine_data()
+void tst_LutFiles::CsvLine_data()
 {
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<bool>("isNumber");
@@ -189,7 +189,7 @@ void TestLutFiles::CsvLine_data()
     row("far too long", QByteArray(200000, '0') + "7", {});
 }
 
-void TestLutFiles::CsvLine()
+void tst_LutFiles::CsvLine()
 {
     QFETCH(QByteArray, line);
     QFETCH(bool, isNumber);
@@ -205,7 +205,7 @@ void TestLutFiles::CsvLine()
     QVERIFY(Same(base, isNumber ? expected : LutImage{}));
 }
 
-void TestLutFiles::CsvFile_data()
+void tst_LutFiles::CsvFile_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<int>("code");
@@ -224,7 +224,7 @@ void TestLutFiles::CsvFile_data()
     QTest::newRow("a picture") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << int(kInvalidData);
 }
 
-void TestLutFiles::CsvFile()
+void tst_LutFiles::CsvFile()
 {
     QFETCH(QByteArray, text);
     QFETCH(int, code);
@@ -236,7 +236,7 @@ void TestLutFiles::CsvFile()
 }
 
 // Nothing that isn't a regular file is opened, to read or to write; none of it blocks, and all of it stays.
-void TestLutFiles::NoRegularFile_data()
+void tst_LutFiles::NoRegularFile_data()
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("no name") << "";
@@ -248,7 +248,7 @@ void TestLutFiles::NoRegularFile_data()
     QTest::newRow("name too long") << QString(5000, 'x');
 }
 
-void TestLutFiles::NoRegularFile()
+void tst_LutFiles::NoRegularFile()
 {
     QFETCH(QString, path);
     QDir(m_dir->path()).mkdir("directory");
@@ -273,7 +273,7 @@ void TestLutFiles::NoRegularFile()
 }
 
 // 2 GiB that hold one line: read as an image like any other, and refused as numbers without being taken in.
-void TestLutFiles::Endless()
+void tst_LutFiles::Endless()
 {
     QVERIFY(QFile(Put(" ")).resize(qint64(1) << 31));
     rusage before{}, after{};
@@ -286,7 +286,7 @@ void TestLutFiles::Endless()
     QVERIFY2(after.ru_maxrss - before.ru_maxrss < 64 * 1024, "KiB that reading took");
 }
 
-void TestLutFiles::LutRoundTrip_data()
+void tst_LutFiles::LutRoundTrip_data()
 {
     QTest::addColumn<bool>("withTrailer");
     QTest::addColumn<int>("size");
@@ -294,7 +294,7 @@ void TestLutFiles::LutRoundTrip_data()
     QTest::newRow("table") << false << 16384;
 }
 
-void TestLutFiles::LutRoundTrip()
+void tst_LutFiles::LutRoundTrip()
 {
     QFETCH(bool, withTrailer);
     QFETCH(int, size);
@@ -311,7 +311,7 @@ void TestLutFiles::LutRoundTrip()
     QVERIFY(Same(current, image));
 }
 
-void TestLutFiles::CsvRoundTrip()
+void tst_LutFiles::CsvRoundTrip()
 {
     LutImage image = Filled(4095);
     image.Entries[0] = -1;
@@ -327,7 +327,7 @@ void TestLutFiles::CsvRoundTrip()
     QVERIFY(Same(base, image));
 }
 
-void TestLutFiles::WritingThroughALink()
+void tst_LutFiles::WritingThroughALink()
 {
     Put("old");
     QVERIFY(QFile::setPermissions(Path("file"), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
@@ -343,7 +343,7 @@ void TestLutFiles::WritingThroughALink()
     QVERIFY(QFile::permissions(Path("file")) == permissions);
 }
 
-void TestLutFiles::WritingOnAFullDisk()
+void tst_LutFiles::WritingOnAFullDisk()
 {
     Put("old");
     int lutCode = 0, csvCode = 0, newCode = 0;
@@ -360,7 +360,7 @@ void TestLutFiles::WritingOnAFullDisk()
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList{"file"});
 }
 
-void TestLutFiles::Permissions()
+void tst_LutFiles::Permissions()
 {
     const auto mode = [this](const char* name, mode_t bits) {
         return chmod(qPrintable(Path(name)), bits) == 0;
@@ -388,5 +388,5 @@ void TestLutFiles::Permissions()
     QCOMPARE(Get("fixed"), QByteArray("old"));
 }
 
-QTEST_GUILESS_MAIN(TestLutFiles)
-#include "tst_lutfiles.moc"
+QTEST_GUILESS_MAIN(tst_LutFiles)
+#include "tst_LutFiles.moc"

@@ -33,7 +33,7 @@ LutImage StampedIdentity()
 
 } // namespace
 
-class TestRegisterImage : public QObject
+class tst_RegisterImage : public QObject
 {
     Q_OBJECT
 
@@ -47,14 +47,14 @@ private slots:
     void SignsAndExtremes();
 };
 
-void TestRegisterImage::NoRoom_data()
+void tst_RegisterImage::NoRoom_data()
 {
     QTest::addColumn<qint64>("length");
     for (qint64 length : {qint64(40), qint64(1), qint64(0), qint64(-1), std::numeric_limits<qint64>::min()})
         QTest::addRow("%lld", length) << length;
 }
 
-void TestRegisterImage::NoRoom()
+void tst_RegisterImage::NoRoom()
 {
     QFETCH(qint64, length);
     const Buffer buffer = MakeBuffer(qMax<qint64>(length, 0));
@@ -68,14 +68,14 @@ void TestRegisterImage::NoRoom()
 }
 
 // The image byte for byte, as far as both reach.
-void TestRegisterImage::WholeBytes_data()
+void tst_RegisterImage::WholeBytes_data()
 {
     QTest::addColumn<int>("length");
     for (int length : {16384, 16385, 16386, 16387, 16424, 16425, 16426, 16427})
         QTest::addRow("%d", length) << length;
 }
 
-void TestRegisterImage::WholeBytes()
+void tst_RegisterImage::WholeBytes()
 {
     QFETCH(int, length);
     const Buffer buffer = MakeBuffer(length);
@@ -94,7 +94,7 @@ void TestRegisterImage::WholeBytes()
 }
 
 // From the identity table: the register's last entry, and what reading back gives.
-void TestRegisterImage::Scaled_data()
+void tst_RegisterImage::Scaled_data()
 {
     QTest::addColumn<int>("length");
     QTest::addColumn<int>("entries");
@@ -117,7 +117,7 @@ void TestRegisterImage::Scaled_data()
     QTest::newRow("65536 entries, odd") << 262187 << 65536 << 1023 << 4096 << 4092;
 }
 
-void TestRegisterImage::Scaled()
+void tst_RegisterImage::Scaled()
 {
     QFETCH(int, length);
     QFETCH(int, entries);
@@ -147,7 +147,7 @@ void TestRegisterImage::Scaled()
     QCOMPARE(ReadTrailer(image)->StandardName, QByteArray("0123456789abcdef"));
 }
 
-void TestRegisterImage::SignsAndExtremes()
+void tst_RegisterImage::SignsAndExtremes()
 {
     constexpr qint32 low = std::numeric_limits<qint32>::min();
     constexpr qint32 high = std::numeric_limits<qint32>::max();
@@ -170,5 +170,5 @@ void TestRegisterImage::SignsAndExtremes()
     QCOMPARE(image.Entries[12], -4);
 }
 
-QTEST_GUILESS_MAIN(TestRegisterImage)
-#include "tst_registerimage.moc"
+QTEST_GUILESS_MAIN(tst_RegisterImage)
+#include "tst_RegisterImage.moc"

@@ -6,7 +6,7 @@
 
 using namespace orlune;
 
-class TestLutImage : public QObject
+class tst_LutImage : public QObject
 {
     Q_OBJECT
 
@@ -21,7 +21,7 @@ private slots:
     void Identity();
 };
 
-void TestLutImage::LiteralBytes()
+void tst_LutImage::LiteralBytes()
 {
     LutImage image{};
     image.Entries[0] = 4095;
@@ -38,7 +38,7 @@ void TestLutImage::LiteralBytes()
                                                      "00 00 00 00 00 00 00 00"));
 }
 
-void TestLutImage::Names_data()
+void tst_LutImage::Names_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("stored");
@@ -51,7 +51,7 @@ void TestLutImage::Names_data()
     QTest::newRow("outside Latin-1") << QString::fromUtf8("曲线") << QByteArray("??");
 }
 
-void TestLutImage::Names()
+void tst_LutImage::Names()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, stored);
@@ -64,7 +64,7 @@ void TestLutImage::Names()
     QCOMPARE(ReadTrailer(image)->StandardName, stored);
 }
 
-void TestLutImage::Magic_data()
+void tst_LutImage::Magic_data()
 {
     QTest::addColumn<QByteArray>("magic");
     QTest::addColumn<bool>("isTrailer");
@@ -75,7 +75,7 @@ void TestLutImage::Magic_data()
     QTest::newRow("last byte") << QByteArray("CBG\0", 4) << false;
 }
 
-void TestLutImage::Magic()
+void tst_LutImage::Magic()
 {
     QFETCH(QByteArray, magic);
     QFETCH(bool, isTrailer);
@@ -85,7 +85,7 @@ void TestLutImage::Magic()
     QCOMPARE(ReadTrailer(image).has_value(), isTrailer);
 }
 
-void TestLutImage::SettingsOutsideTheirLimits()
+void tst_LutImage::SettingsOutsideTheirLimits()
 {
     constexpr qint32 low = std::numeric_limits<qint32>::min();
     constexpr qint32 high = std::numeric_limits<qint32>::max();
@@ -99,7 +99,7 @@ void TestLutImage::SettingsOutsideTheirLimits()
     QCOMPARE(settings.RangeMax, -1);
 }
 
-void TestLutImage::BytesOfAnyLength()
+void tst_LutImage::BytesOfAnyLength()
 {
     LutImage source{};
     for (int i = 0; i < kLutEntries; ++i)
@@ -123,7 +123,7 @@ void TestLutImage::BytesOfAnyLength()
     QVERIFY(ToBytes(image) == bytes);
 }
 
-void TestLutImage::Identity()
+void tst_LutImage::Identity()
 {
     LutImage image{};
     StampTrailer(image, {}, "srgb");
@@ -133,5 +133,5 @@ void TestLutImage::Identity()
     QVERIFY(!ReadTrailer(image));
 }
 
-QTEST_GUILESS_MAIN(TestLutImage)
-#include "tst_lutimage.moc"
+QTEST_GUILESS_MAIN(tst_LutImage)
+#include "tst_LutImage.moc"
