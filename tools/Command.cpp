@@ -37,9 +37,14 @@ QCommandLineOption jsonOption()
     return {"json", "Prints JSON."};
 }
 
+void complain(const QString& sentence)
+{
+    std::fprintf(stderr, "orlune-lut: %s\n", sentence.toLocal8Bit().constData());
+}
+
 void note(const QString& sentence)
 {
-    std::fprintf(stderr, "orlune-lut: note: %s\n", sentence.toLocal8Bit().constData());
+    complain("note: " + sentence);
 }
 
 } // namespace tools

@@ -20,6 +20,7 @@ struct Command
     const char* details; // the rest of its --help
     // arguments[0] is the command's name. Throws Failure and HelpWanted.
     ExitStatus (*run)(const QStringList& arguments);
+    bool draws = false; // needs a QGuiApplication
 };
 
 // Leaves a command whose help is asked for.
@@ -36,7 +37,8 @@ void parseArguments(QCommandLineParser& parser, const Command& command, const QS
 QCommandLineOption forceOption();
 QCommandLineOption jsonOption();
 
-// A sentence on the error output that is no failure.
+// A sentence on the error output, about a failure or about something to know.
+void complain(const QString& sentence);
 void note(const QString& sentence);
 
 } // namespace tools

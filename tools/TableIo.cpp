@@ -68,23 +68,22 @@ QString readableAs(const QByteArray& text)
 LutImage parseImage(const QByteArray& bytes, const QString& name)
 {
     const int size = bytes.size();
-    if (size == kTableBytes || size == kImageBytes) {
+    QString what;
+    if (isText(bytes)) {
+        what = "is text, as some other programs' tables are, and no camera table" + readableAs(bytes);
+    } else if (size == kTableBytes || size == kImageBytes) {
         LutImage image{};
         orlune::FromBytes(image, bytes.constData(), std::size_t(size));
         return image;
-    }
-    QString what;
-    if (isText(bytes))
-        what = "is text, as some other programs' tables are, and no camera table" + readableAs(bytes);
-    else if (size == kPaletteBytes)
-        what = "has 768 bytes, as other programs' colour palettes of 256 red, green and blue values have, "
-               "and is no "
-               "camera table";
-    else
+    } else if (size == kPaletteBytes) {
+        what = "has 768 bytes, as other programs' colour palettes of 256 red, green and blue values "
+               "have, and is no camera table";
+    } else {
         what = QString("has %1 bytes and is no camera table, which has %2, or %3 with its settings")
                    .arg(size)
                    .arg(kTableBytes)
                    .arg(kImageBytes);
+    }
     throw Failure{kNoTable, QString("%1 %2.").arg(quoted(name), what)};
 }
 
