@@ -40,6 +40,7 @@ const QVector<Form>& forms()
         {"camera", Verb::Camera, {Word::Name, Word::Number}, 1, "camera KEY [BYTES]"},
         {"plugin", Verb::Plugin, {}, 0, "plugin"},
         {"scene", Verb::Scene, {Word::Rest}, 1, "scene chart|ramp|PATH"},
+        {"choose", Verb::Choose, {Word::Name, Word::Rest}, 2, "choose MENU ENTRY"},
         {"screenshot", Verb::Screenshot, {Word::Rest}, 1, "screenshot FILE"},
         {"wait", Verb::Wait, {Word::Number}, 1, "wait MILLISECONDS"},
         {"quit", Verb::Quit, {}, 0, "quit"},

@@ -29,6 +29,7 @@ enum class Verb {
     Camera,
     Plugin,
     Scene,
+    Choose,
     Screenshot,
     Wait,
     Quit
