@@ -13,15 +13,13 @@ namespace orlune {
 
 constexpr int kMaxFrameTable = 4096;
 
-void MapBaseline8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
-void MapBaseline16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
+void Map8Baseline(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
+void Map16Baseline(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
                    int entries);
 #ifdef ORLUNE_VECTOR_LOOPS
-void MapAvx2x8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
-void MapAvx2x16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
-                int entries);
-void MapVbmi8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
-void MapVbmi16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
+void Map8Avx2(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
+void Map8Vbmi(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
+void Map16Vbmi(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
                int entries);
 #endif
 
@@ -29,7 +27,7 @@ void MapVbmi16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, 
 namespace {
 
 constexpr std::size_t kLine = 64;            // bytes of a cache line
-constexpr std::size_t kPrefetchAhead = 2048; // bytes; beyond a page's end the processor's own prefetch stops
+constexpr std::size_t kPrefetchAhead = 4096; // bytes; the processor's own prefetch stops at a page's end
 
 // The caller may prefetch past the end of a buffer: it reads nothing.
 inline void Prefetch(const std::uint8_t* at)

@@ -1,7 +1,6 @@
 #include "host/app/CommandLine.h"
 
 #include <QCommandLineParser>
-#include <QDir>
 #include <QRegularExpression>
 
 #include "host/app/CameraList.h"
@@ -31,7 +30,13 @@ QSize parseSize(const QString& text)
 
 } // namespace
 
-ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& directory)
+QString sceneName(const QString& text, const QDir& directory)
+{
+    const bool isPath = !text.isEmpty() && text != "chart" && text != "ramp";
+    return isPath ? QDir::cleanPath(directory.absoluteFilePath(text)) : text;
+}
+
+ParsedCommandLine parseCommandLine(const QStringList& arguments, const QDir& directory)
 {
     const QCommandLineOption camera("camera", "Camera to open: " + cameraKeys().join(", ") + ".", "CAMERA");
     const QCommandLineOption lutBytes("lut-bytes", "Length of the camera's LUT register.", "BYTES");
@@ -72,12 +77,11 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& 
 
     const auto path = [&](const QCommandLineOption& option) {
         const QString value = parser.value(option);
-        return value.isEmpty() ? QString() : QDir::cleanPath(QDir(directory).absoluteFilePath(value));
+        return value.isEmpty() ? QString() : QDir::cleanPath(directory.absoluteFilePath(value));
     };
     Options& options = result.options;
     options.camera.camera = parser.value(camera);
-    const QString scene = parser.value(frames);
-    options.camera.frames = scene == "chart" || scene == "ramp" ? scene : path(frames);
+    options.camera.frames = sceneName(parser.value(frames), directory);
     options.camera.pixelFormat = parser.value(pixelFormat);
     options.camera.stateFile = path(state);
     options.pluginPath = path(plugin);

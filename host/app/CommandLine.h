@@ -2,6 +2,7 @@
 #ifndef ORLUNE_HOST_APP_COMMANDLINE_H
 #define ORLUNE_HOST_APP_COMMANDLINE_H
 
+#include <QDir>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -37,7 +38,10 @@ struct ParsedCommandLine
 };
 
 // Paths are taken as relative to directory.
-ParsedCommandLine parseCommandLine(const QStringList& arguments, const QString& directory);
+ParsedCommandLine parseCommandLine(const QStringList& arguments, const QDir& directory);
+
+// What a camera looks at: a scene's name as it is, a path made absolute.
+QString sceneName(const QString& text, const QDir& directory);
 
 } // namespace host
 

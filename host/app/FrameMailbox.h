@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 #include "host/app/Histogram.h"
 #include "host/camera/Frame.h"
@@ -20,7 +21,7 @@ struct ShownFrame
     Frame after;                         // equal to before unless mapped
     const PixelFormat* format = nullptr; // null: not one that the viewer knows, and nothing is counted
     bool mapped = false;                 // by the plug-in
-    int mappingCode = 0;                 // ProcessFrame's
+    std::optional<int> mappingCode;      // ProcessFrame's; none without a plug-in
     std::int64_t mappingNanos = 0;       // time that ProcessFrame took
     Histogram codesBefore;
     Histogram codesAfter;

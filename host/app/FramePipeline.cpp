@@ -9,7 +9,7 @@ namespace {
 constexpr int kStageSoftwareLut = 1;
 
 // Maps frame in place. True when the plug-in did.
-bool mapFrame(IPlugin& plugin, Frame& frame, int* code)
+bool mapFrame(IPlugin& plugin, Frame& frame, std::optional<int>* code)
 {
     FrameIn in{};
     in.pixelFormat = frame.pixelFormat;

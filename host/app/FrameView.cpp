@@ -26,33 +26,36 @@ FrameView::FrameView(QWidget* parent) : QWidget(parent)
 void FrameView::setFrame(std::shared_ptr<const ShownFrame> frame)
 {
     m_frame = std::move(frame);
-    m_reason.clear();
-    m_before = m_after = QImage();
-    if (!m_frame->format) {
-        m_reason = tr("Frames of pixel format 0x%1 cannot be shown.")
-                       .arg(m_frame->before.pixelFormat, 8, 16, QChar('0'));
-    } else {
-        m_after = frameImage(m_frame->after, *m_frame->format);
-        m_before = m_frame->mapped ? frameImage(m_frame->before, *m_frame->format) : m_after;
-        if (m_after.isNull())
-            m_reason = tr("The camera delivers incomplete frames.");
-    }
-    probe();
-    update();
+    updateImages();
 }
 
 void FrameView::clear(const QString& reason)
 {
     m_frame.reset();
     m_reason = reason;
-    m_before = m_after = QImage();
-    probe();
-    update();
+    updateImages();
 }
 
 void FrameView::setPictureLayout(Layout layout)
 {
     m_layout = layout;
+    updateImages();
+}
+
+// The pictures that the layout shows, and no other: large ones take their time.
+void FrameView::updateImages()
+{
+    m_before = m_after = QImage();
+    if (m_frame && !m_frame->format) {
+        m_reason = tr("Frames of pixel format 0x%1 cannot be shown.")
+                       .arg(m_frame->before.pixelFormat, 8, 16, QChar('0'));
+    } else if (m_frame) {
+        m_after = frameImage(m_frame->after, *m_frame->format);
+        if (m_frame->mapped && m_layout != Layout::After)
+            m_before = frameImage(m_frame->before, *m_frame->format);
+        m_reason = m_after.isNull() ? tr("The camera delivers incomplete frames.") : QString();
+    }
+    probe();
     update();
 }
 
@@ -61,6 +64,16 @@ void FrameView::setZoom(Zoom zoom)
     m_zoom = zoom;
     m_offset = {};
     update();
+}
+
+bool FrameView::showsSplit() const
+{
+    return m_layout == Layout::Split && !m_after.isNull() && m_frame->mapped;
+}
+
+bool FrameView::isAtSplit(QPoint position) const
+{
+    return showsSplit() && qAbs(position.x() - splitX()) <= kSplitGrip;
 }
 
 // The picture's place when area is what it has to fill.
@@ -83,8 +96,10 @@ QVector<FrameView::Pane> FrameView::panes() const
     if (m_after.isNull())
         return {};
     const QRectF whole = rect();
+    if (!m_frame->mapped) // then there is nothing to compare
+        return {{whole, pictureRect(whole), &m_after, tr("as the camera sends it")}};
     const QString before = tr("before");
-    const QString after = m_frame->mapped ? tr("after") : tr("as the camera sends it");
+    const QString after = tr("after");
     switch (m_layout) {
     case Layout::Before:
         return {{whole, pictureRect(whole), &m_before, before}};
@@ -125,22 +140,21 @@ void FrameView::paintEvent(QPaintEvent*)
         painter.drawText(title, Qt::AlignCenter, pane.title);
     }
     painter.setClipping(false);
-    if (m_layout == Layout::Split && !m_after.isNull())
+    if (showsSplit())
         painter.drawLine(QPointF(splitX(), 0), QPointF(splitX(), height()));
 }
 
 void FrameView::mousePressEvent(QMouseEvent* event)
 {
     m_dragStart = event->pos();
-    m_dragsSplit = m_layout == Layout::Split && qAbs(event->pos().x() - splitX()) <= kSplitGrip;
+    m_dragsSplit = isAtSplit(event->pos());
 }
 
 void FrameView::mouseMoveEvent(QMouseEvent* event)
 {
     m_mouse = event->pos();
-    const bool atSplit = m_layout == Layout::Split && qAbs(event->pos().x() - splitX()) <= kSplitGrip;
     if (event->buttons() == Qt::NoButton) {
-        setCursor(atSplit ? Qt::SplitHCursor : Qt::CrossCursor);
+        setCursor(isAtSplit(event->pos()) ? Qt::SplitHCursor : Qt::CrossCursor);
     } else if (m_dragsSplit) {
         m_split = qBound(0.0, qreal(event->pos().x()) / width(), 1.0);
         update();

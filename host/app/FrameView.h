@@ -54,8 +54,11 @@ private:
         QString title;
     };
 
+    void updateImages();
     QVector<Pane> panes() const;
     QRectF pictureRect(const QRectF& area) const;
+    bool showsSplit() const;
+    bool isAtSplit(QPoint position) const;
     qreal splitX() const { return width() * m_split; }
     void keepPictureInSight();
     void probe();

@@ -22,9 +22,10 @@ std::vector<std::uint32_t> columnPeaks(const std::vector<std::uint32_t>& counts,
 
 } // namespace
 
-void HistogramView::setHistogram(const Histogram& histogram)
+void HistogramView::setHistogram(const Histogram& histogram, const QString& title)
 {
     m_histogram = histogram;
+    m_title = title;
     update();
 }
 

@@ -15,9 +15,9 @@ class HistogramView : public QWidget
     Q_OBJECT
 
 public:
-    HistogramView(const QString& title, QWidget* parent = nullptr) : QWidget(parent), m_title(title) {}
+    using QWidget::QWidget;
 
-    void setHistogram(const Histogram& histogram);
+    void setHistogram(const Histogram& histogram, const QString& title);
 
     QSize sizeHint() const override { return {256, 110}; }
     QSize minimumSizeHint() const override { return {160, 60}; }

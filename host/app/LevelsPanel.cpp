@@ -5,8 +5,8 @@
 namespace host {
 
 LevelsPanel::LevelsPanel(QWidget* parent)
-    : QWidget(parent), m_before(new HistogramView(tr("before"), this)),
-      m_after(new HistogramView(tr("after"), this)), m_loss(new QLabel(this))
+    : QWidget(parent), m_before(new HistogramView(this)), m_after(new HistogramView(this)),
+      m_loss(new QLabel(this))
 {
     m_loss->setWordWrap(true);
     m_loss->setToolTip(
@@ -20,20 +20,25 @@ LevelsPanel::LevelsPanel(QWidget* parent)
 
 void LevelsPanel::setFrame(const ShownFrame& frame)
 {
-    m_before->setVisible(frame.mapped); // the same as after
-    m_before->setHistogram(frame.codesBefore);
-    m_after->setHistogram(frame.codesAfter);
-    const auto percent = [](double share) { return QString::number(100 * share, 'f', 1); };
+    m_before->setVisible(frame.mapped);
+    m_before->setHistogram(frame.codesBefore, tr("before"));
+    m_after->setHistogram(frame.codesAfter, frame.mapped ? tr("after") : tr("as the camera sends it"));
     m_loss->setText(
-        frame.mapped
-            ? tr("Codes clipped: %1 %\nCodes lost: %2 %\nCodes used: %3 of %4")
-                  .arg(percent(frame.loss.clipped), percent(frame.loss.lost))
-                  .arg(frame.codesAfter.usedCodes())
-                  .arg(frame.codesAfter.counts.size())
-            : tr("The plug-in leaves the frames alone: the camera has a LUT of its own.\nCodes used: "
-                 "%1 of %2")
-                  .arg(frame.codesAfter.usedCodes())
-                  .arg(frame.codesAfter.counts.size()));
+        mappingText(frame) + '\n' +
+        tr("Codes used: %1 of %2").arg(frame.codesAfter.usedCodes()).arg(frame.codesAfter.counts.size()));
+}
+
+QString LevelsPanel::mappingText(const ShownFrame& frame)
+{
+    if (!frame.mappingCode)
+        return tr("No plug-in is at work.");
+    if (*frame.mappingCode != 0)
+        return tr("The plug-in refuses these frames (%1).").arg(*frame.mappingCode);
+    if (!frame.mapped)
+        return tr("The plug-in leaves the frames alone: the camera has a LUT of its own.");
+    return tr("Codes clipped: %1 %\nCodes lost: %2 %")
+        .arg(100 * frame.loss.clipped, 0, 'f', 1)
+        .arg(100 * frame.loss.lost, 0, 'f', 1);
 }
 
 } // namespace host

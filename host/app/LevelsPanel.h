@@ -20,6 +20,8 @@ public:
     void setFrame(const ShownFrame& frame);
 
 private:
+    static QString mappingText(const ShownFrame& frame);
+
     HistogramView* m_before;
     HistogramView* m_after;
     QLabel* m_loss;

@@ -280,12 +280,18 @@ QString MainWindow::openCamera(CameraRequest request)
     m_request = request;
     m_cameraName->setText(camera->name());
     m_view->clear(tr("Waiting for the first frame"));
-    for (const QString& warning : camera->warnings())
-        log(warning);
     m_session.open(std::move(camera), this);
     updateCameraMenus();
     m_faultsMenu->setEnabled(!m_session.camera()->faultNames().isEmpty());
     return {};
+}
+
+QString MainWindow::setScene(const QString& scene)
+{
+    const QString error = m_session.setScene(scene);
+    if (error.isEmpty())
+        m_request.frames = scene;
+    return error;
 }
 
 void MainWindow::openFromMenu(const CameraRequest& request)
@@ -407,9 +413,9 @@ void MainWindow::openPictures(const QString& path)
 {
     if (path.isEmpty())
         return;
-    CameraRequest request = m_request;
-    request.frames = path;
-    openFromMenu(request);
+    const QString error = setScene(path);
+    if (!error.isEmpty())
+        QMessageBox::warning(this, tr("Pictures"), error);
 }
 
 void MainWindow::saveShownFrame()

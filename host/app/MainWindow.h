@@ -30,6 +30,9 @@ public:
 
     // Replaces the camera, with a new plug-in object. Empty, or one sentence that says why the old one stays.
     QString openCamera(CameraRequest request);
+    // Lets the camera look at something else, as --frames takes it. Empty, or one sentence that says why not.
+    QString setScene(const QString& scene);
+
     const CameraRequest& cameraRequest() const { return m_request; }
 
     Session& session() { return m_session; }

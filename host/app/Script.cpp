@@ -39,6 +39,8 @@ const QVector<Form>& forms()
         {"stream", Verb::Stream, {Word::Switch}, 1, "stream on|off"},
         {"camera", Verb::Camera, {Word::Name, Word::Number}, 1, "camera KEY [BYTES]"},
         {"plugin", Verb::Plugin, {}, 0, "plugin"},
+        {"scene", Verb::Scene, {Word::Rest}, 1, "scene chart|ramp|PATH"},
+        {"choose", Verb::Choose, {Word::Name, Word::Rest}, 2, "choose MENU ENTRY"},
         {"screenshot", Verb::Screenshot, {Word::Rest}, 1, "screenshot FILE"},
         {"wait", Verb::Wait, {Word::Number}, 1, "wait MILLISECONDS"},
         {"quit", Verb::Quit, {}, 0, "quit"},

@@ -13,6 +13,8 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPainter>
 #include <QRadioButton>
 #include <QTimer>
@@ -158,6 +160,10 @@ QString ScriptRunner::execute(const ScriptCommand& command)
     case Verb::Plugin:
         m_window.session().restartPlugin();
         return {};
+    case Verb::Scene:
+        return m_window.setScene(sceneName(first, m_directory));
+    case Verb::Choose:
+        return choose(first, words.at(1));
     case Verb::Screenshot:
         return screenshot(first);
     case Verb::Wait:
@@ -213,6 +219,26 @@ QString ScriptRunner::click(QWidget& widget, const QStringList& words)
         return QString("the widget is %1 by %2 pixels").arg(widget.width()).arg(widget.height());
     clickWidget(widget, position);
     return {};
+}
+
+// Menu and entry by the text that a person reads; the entry may stand in a menu below.
+QString ScriptRunner::choose(const QString& menu, const QString& entry)
+{
+    const auto shown = [](QString text) { return text.remove('&').remove("..."); };
+    for (const QAction* top : m_window.menuBar()->actions()) {
+        if (shown(top->text()) != menu)
+            continue;
+        for (QAction* action : top->menu()->findChildren<QAction*>()) {
+            if (shown(action->text()) != entry)
+                continue;
+            if (action->isEnabled())
+                action->trigger();
+            else
+                m_transcript.event(entry + " is disabled");
+            return {};
+        }
+    }
+    return QString("there is no entry \"%1\" in a menu \"%2\"").arg(entry, menu);
 }
 
 QString ScriptRunner::writeBytes(const QString& file, const QByteArray& bytes, const QString& error)

@@ -1,5 +1,7 @@
 #include "host/app/Session.h"
 
+#include <new>
+
 namespace host {
 
 Session::Session(const PluginModule& module, bool chinese)
@@ -21,7 +23,14 @@ void Session::open(std::unique_ptr<Camera> camera, QWidget* pluginParent)
     connect(m_camera.get(), &Camera::registerWritten, this, &Session::registerWritten);
     connect(m_camera.get(), &Camera::streamingChanged, this, &Session::streamingChanged);
     connect(m_camera.get(), &Camera::lost, this, &Session::cameraLost);
-    m_camera->setFrameSink([this](Frame& frame) { m_pipeline.process(frame); });
+    m_camera->setFrameSink([this](Frame& frame) {
+        try {
+            m_pipeline.process(frame);
+        } catch (const std::bad_alloc&) {
+            // No memory to show this frame; the next one may find some.
+        }
+    });
+    noteWarnings();
     startPlugin();
     startStream();
 }
@@ -70,6 +79,20 @@ void Session::endPlugin()
     m_restartAfterAccess = false;
 }
 
+QString Session::setScene(const QString& scene)
+{
+    const QString error = m_camera->setScene(scene);
+    if (error.isEmpty())
+        noteWarnings();
+    return error;
+}
+
+void Session::noteWarnings()
+{
+    for (const QString& warning : m_camera->warnings())
+        emit note(warning);
+}
+
 void Session::sendToPlugin(PluginMsgType type)
 {
     if (m_plugin)
@@ -112,7 +135,7 @@ std::shared_ptr<const ShownFrame> Session::firstFrame(std::chrono::milliseconds 
     stopStream();
     std::future<std::shared_ptr<const ShownFrame>> frame = m_pipeline.nextFrame();
     startStream();
-    const bool came = frame.wait_for(patience) == std::future_status::ready;
+    const bool came = m_camera->isStreaming() && frame.wait_for(patience) == std::future_status::ready;
     if (!wasStreaming)
         stopStream();
     return came ? frame.get() : nullptr;

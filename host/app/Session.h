@@ -37,6 +37,9 @@ public:
     QDialog* editor() const { return m_plugin ? m_plugin->dialog() : nullptr; }
     FrameMailbox& mailbox() { return m_pipeline.mailbox(); }
 
+    // Lets the camera look at something else, see Camera.h. Empty, or why it goes on as before.
+    QString setScene(const QString& scene);
+
     void sendToPlugin(PluginMsgType type);
 
     // The stream as the user wants it. Failures are told by note().
@@ -58,6 +61,7 @@ signals:
     void frameReady(); // a frame lies in the mailbox
 
 private:
+    void noteWarnings();
     void startPlugin();
     void endPlugin();
     void onPluginMessage(int type);

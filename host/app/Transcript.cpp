@@ -21,7 +21,7 @@ QString Transcript::quoted(const QString& text)
 
 void Transcript::line(const QString& text)
 {
-    m_out.write(text.toUtf8() + '\n');
+    m_out.write(QString(text).remove(m_prefix).toUtf8() + '\n');
 }
 
 } // namespace host

@@ -3,6 +3,7 @@
 #ifndef ORLUNE_HOST_APP_TRANSCRIPT_H
 #define ORLUNE_HOST_APP_TRANSCRIPT_H
 
+#include <QDir>
 #include <QIODevice>
 #include <QString>
 
@@ -11,8 +12,10 @@ namespace host {
 class Transcript
 {
 public:
-    // Writes UTF-8 to out, which has to be open and to outlive this object.
-    explicit Transcript(QIODevice& out) : m_out(out) {}
+    // Writes UTF-8 to out, which has to be open and to outlive this object. Paths below directory lose it.
+    Transcript(QIODevice& out, const QDir& directory) : m_out(out), m_prefix(directory.absolutePath() + '/')
+    {
+    }
 
     void command(const QString& text); // "> text"
     void event(const QString& text);   // "  text"
@@ -24,6 +27,7 @@ private:
     void line(const QString& text);
 
     QIODevice& m_out;
+    QString m_prefix;
 };
 
 } // namespace host

@@ -37,7 +37,7 @@ bool hasDisplay()
 int runScript(host::MainWindow& window, const host::Options& options, const QDir& directory)
 {
     QFile file(options.scriptFile);
-    const QString name = QDir(directory).relativeFilePath(options.scriptFile);
+    const QString name = directory.relativeFilePath(options.scriptFile);
     if (!file.open(QIODevice::ReadOnly))
         return fail(kFailed, QString("The script %1 cannot be read: %2.").arg(name, file.errorString()));
     const host::Script script = host::parseScript(QString::fromUtf8(file.readAll()));
@@ -52,7 +52,7 @@ int runScript(host::MainWindow& window, const host::Options& options, const QDir
     QFile out;
     if (!out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fail(kFailed, "The transcript cannot be written.");
-    host::Transcript transcript(out);
+    host::Transcript transcript(out, directory);
     host::ScriptRunner runner(window, transcript, directory);
     window.show();
     const QString error = window.openCamera(options.camera);
@@ -100,7 +100,7 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName("orlune-host");
 
     const QDir directory = QDir::current();
-    const host::ParsedCommandLine parsed = host::parseCommandLine(arguments, directory.path());
+    const host::ParsedCommandLine parsed = host::parseCommandLine(arguments, directory);
     using Outcome = host::ParsedCommandLine::Outcome;
     if (parsed.outcome == Outcome::Wrong)
         return fail(kWrongInput, parsed.text);

@@ -7,7 +7,7 @@ Q_DECLARE_METATYPE(Outcome)
 
 static host::ParsedCommandLine parse(const QStringList& arguments)
 {
-    return host::parseCommandLine(QStringList{"orlune-host"} + arguments, "/work");
+    return host::parseCommandLine(QStringList{"orlune-host"} + arguments, QDir("/work"));
 }
 
 class tst_CommandLine : public QObject

@@ -71,10 +71,12 @@ void tst_Script::transcriptKeepsOneLineAnEvent()
 {
     QBuffer out;
     out.open(QIODevice::WriteOnly);
-    host::Transcript transcript(out);
+    host::Transcript transcript(out, QDir("/work"));
     transcript.command("show");
+    transcript.event("/work/a.png, /works/a.png");
     transcript.event("box " + host::Transcript::quoted(QString::fromUtf8("a \"b\"\\\nГ")));
-    QCOMPARE(QString::fromUtf8(out.data()), QString::fromUtf8("> show\n  box \"a \\\"b\\\"\\\\\\nГ\"\n"));
+    QCOMPARE(QString::fromUtf8(out.data()),
+             QString::fromUtf8("> show\n  a.png, /works/a.png\n  box \"a \\\"b\\\"\\\\\\nГ\"\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_Script)
