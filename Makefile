@@ -17,7 +17,7 @@ pictures: app
 
 test:
 	scripts/setup test
-	cmake --preset $(PRESET) -DORLUNE_TESTS=ON
+	cmake --preset $(PRESET) -DORLUNE_TESTS=ON -DORLUNE_BENCH=OFF
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
 

@@ -47,7 +47,8 @@ inline void LoadLine(Line& line, const std::uint8_t* src, const std::uint8_t* ds
 {
     Prefetch(src);
     Prefetch(dst);
-    std::memcpy(line, src, sizeof line);
+    for (std::size_t i = 0; i < kLine / 8; ++i) // one at a time, into registers
+        std::memcpy(&line[i], src + 8 * i, 8);
 }
 
 // Makes the 16-bit words of a line at most limit.

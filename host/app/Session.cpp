@@ -135,7 +135,7 @@ std::shared_ptr<const ShownFrame> Session::firstFrame(std::chrono::milliseconds 
     stopStream();
     std::future<std::shared_ptr<const ShownFrame>> frame = m_pipeline.nextFrame();
     startStream();
-    const bool came = frame.wait_for(patience) == std::future_status::ready;
+    const bool came = m_camera->isStreaming() && frame.wait_for(patience) == std::future_status::ready;
     if (!wasStreaming)
         stopStream();
     return came ? frame.get() : nullptr;

@@ -136,6 +136,7 @@ void tst_Session::accessStopsTheStreamForItsTime()
 
 void tst_Session::textsAreReadInThePluginsLanguage()
 {
+    QTextCodec* const locale = QTextCodec::codecForLocale(); // file names go through it
     StubPlugin::log().initResult = -2;
     QSignalSpy english(m_session.get(), &host::Session::pluginStarted);
     open();
@@ -146,6 +147,7 @@ void tst_Session::textsAreReadInThePluginsLanguage()
     QString error;
     chineseSession.open(host::makeSimulatedCamera({}, &error), m_window.get());
     QCOMPARE(chinese.at(0).at(1).toString(), QString::fromUtf8("内"));
+    QCOMPARE(QTextCodec::codecForLocale(), locale);
 }
 
 QTEST_MAIN(tst_Session)
