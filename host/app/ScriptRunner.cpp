@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QGroupBox>
 #include <QImage>
+#include <QImageWriter>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -234,7 +235,7 @@ QString ScriptRunner::choose(const QString& menu, const QString& entry)
         if (shown(top->text()) != menu)
             continue;
         for (QAction* action : top->menu()->findChildren<QAction*>()) {
-            if (shown(action->text()) != entry)
+            if (action->menu() || shown(action->text()) != entry)
                 continue;
             if (action->isEnabled())
                 action->trigger();
@@ -312,7 +313,10 @@ QString ScriptRunner::screenshot(const QString& file)
         x += window.width() + kScreenshotGap;
     }
     painter.end();
-    return picture.save(absolute(file)) ? QString() : QString("%1 cannot be written").arg(file);
+    QImageWriter writer(absolute(file));
+    writer.setCompression(100); // pictures of the documents are kept
+    return writer.write(picture) ? QString()
+                                 : QString("%1 cannot be written: %2").arg(file, writer.errorString());
 }
 
 // One line: name, value, then what the user can do with it.
