@@ -27,7 +27,7 @@ void tst_CommandLine::everyOptionArrives()
     const host::ParsedCommandLine parsed =
         parse({"--camera", "no-lut", "--lut-bytes", "1064", "--language", "zh", "--plugin", "a/../b.plx",
                "--frames", "pictures", "--pixel-format", "BayerRG12", "--size", "320x200", "--state",
-               "/tmp/state", "--script", "s.txt"});
+               "/elsewhere/state", "--script", "s.txt"});
     QVERIFY2(parsed.outcome == Outcome::Run, qPrintable(parsed.text));
     const host::Options& options = parsed.options;
     QCOMPARE(options.camera.camera, QString("no-lut"));
@@ -35,7 +35,7 @@ void tst_CommandLine::everyOptionArrives()
     QCOMPARE(options.camera.frames, QString("/start/pictures"));
     QCOMPARE(options.camera.pixelFormat, QString("BayerRG12"));
     QCOMPARE(options.camera.size, QSize(320, 200));
-    QCOMPARE(options.camera.stateFile, QString("/tmp/state"));
+    QCOMPARE(options.camera.stateFile, QString("/elsewhere/state"));
     QCOMPARE(options.chinese, true);
     QCOMPARE(options.pluginPath, QString("/start/b.plx"));
     QCOMPARE(options.scriptFile, QString("/start/s.txt"));
