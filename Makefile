@@ -2,17 +2,22 @@
 PRESET ?= release
 BUILD = build/$(PRESET)
 
-.PHONY: run test bench format format-check
+.PHONY: app run pictures test bench format format-check
 
-run:
+app:
 	scripts/setup run
 	cmake --preset $(PRESET)
 	cmake --build --preset $(PRESET) --target orlune_app
+
+run: app
 	scripts/run $(BUILD)
+
+pictures: app
+	scripts/pictures $(BUILD)
 
 test:
 	scripts/setup test
-	cmake --preset $(PRESET) -DORLUNE_TESTS=ON
+	cmake --preset $(PRESET) -DORLUNE_TESTS=ON -DORLUNE_BENCH=OFF
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
 

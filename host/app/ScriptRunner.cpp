@@ -11,8 +11,11 @@
 #include <QFile>
 #include <QGroupBox>
 #include <QImage>
+#include <QImageWriter>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPainter>
 #include <QRadioButton>
 #include <QTimer>
@@ -160,11 +163,18 @@ QString ScriptRunner::execute(const ScriptCommand& command)
         request.lutBytes = words.size() > 1 ? words.at(1).toInt() : -1;
         return m_window.openCamera(request);
     }
+    case Verb::Reconnect: {
+        const QString error = m_window.reconnect();
+        m_transcript.event(error.isEmpty() ? "reconnected" : "not reconnected: " + Transcript::quoted(error));
+        return {};
+    }
     case Verb::Plugin:
         m_window.session().restartPlugin();
         return {};
     case Verb::Scene:
         return m_window.setScene(sceneName(first, m_directory));
+    case Verb::Choose:
+        return choose(first, words.at(1));
     case Verb::Screenshot:
         return screenshot(first);
     case Verb::Wait:
@@ -246,6 +256,26 @@ QString ScriptRunner::click(QWidget& widget, const QStringList& words)
     return {};
 }
 
+// Menu and entry by the text that a person reads; the entry may stand in a menu below.
+QString ScriptRunner::choose(const QString& menu, const QString& entry)
+{
+    const auto shown = [](QString text) { return text.remove('&').remove("..."); };
+    for (const QAction* top : m_window.menuBar()->actions()) {
+        if (shown(top->text()) != menu)
+            continue;
+        for (QAction* action : top->menu()->findChildren<QAction*>()) {
+            if (action->menu() || shown(action->text()) != entry)
+                continue;
+            if (action->isEnabled())
+                action->trigger();
+            else
+                m_transcript.event(entry + " is disabled");
+            return {};
+        }
+    }
+    return QString("there is no entry \"%1\" in a menu \"%2\"").arg(entry, menu);
+}
+
 QString ScriptRunner::writeBytes(const QString& file, const QByteArray& bytes, const QString& error)
 {
     if (!error.isEmpty()) {
@@ -312,7 +342,10 @@ QString ScriptRunner::screenshot(const QString& file)
         x += window.width() + kScreenshotGap;
     }
     painter.end();
-    return picture.save(absolute(file)) ? QString() : QString("%1 cannot be written").arg(file);
+    QImageWriter writer(absolute(file));
+    writer.setCompression(100); // pictures of the documents are kept
+    return writer.write(picture) ? QString()
+                                 : QString("%1 cannot be written: %2").arg(file, writer.errorString());
 }
 
 void ScriptRunner::wait(int milliseconds)

@@ -38,6 +38,7 @@ private:
     QString set(QWidget& widget, const QString& value);
     QString setButton(QAbstractButton& button, const QString& value);
     QString click(QWidget& widget, const QStringList& words);
+    QString choose(const QString& menu, const QString& entry);
     QString writeBytes(const QString& file, const QByteArray& bytes, const QString& error);
     QString writeFile(const QString& name, const QByteArray& bytes) const;
     QString poke(const QString& file);

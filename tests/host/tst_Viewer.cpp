@@ -110,6 +110,8 @@ void tst_Viewer::wrongCommandEndsTheScript_data()
     QTest::newRow("unknown fault") << QByteArray("fault rain on")
                                    << "line 3: This camera has no fault \"rain\"" << true;
     QTest::newRow("unknown camera") << QByteArray("camera rain") << "line 3: There is no camera" << true;
+    QTest::newRow("no such menu entry")
+        << QByteArray("choose View Rain") << "line 3: there is no entry \"Rain\"" << true;
     QTest::newRow("file missing") << QByteArray("poke nowhere.bin") << "line 3: nowhere.bin cannot be read"
                                   << true;
     QTest::newRow("file not writable") << QByteArray("register nowhere/reg.bin") << "line 3:" << true;
@@ -149,6 +151,8 @@ void tst_Viewer::transcriptIsAsBefore_data()
     const QString shipped = ORLUNE_SHIPPED_SCRIPTS;
     const QString own = ORLUNE_TEST_SCRIPTS;
     QTest::newRow("tour") << shipped + "/tour.txt" << QStringList{};
+    QTest::newRow("sources") << shipped + "/sources.txt" << QStringList{};
+    QTest::newRow("sources-chinese") << shipped + "/sources.txt" << QStringList{"--language", "zh"};
     QTest::newRow("faults") << shipped + "/faults.txt" << QStringList{};
     QTest::newRow("registers") << own + "/registers.txt" << QStringList{};
     QTest::newRow("chinese") << own + "/chinese.txt"

@@ -79,6 +79,19 @@ std::vector<uchar> mapped(const std::vector<uchar>& src, const std::vector<qint3
 
 enum class Words { InTable, Any, Boundary };
 
+// Entries of any value; or what fits their number, as a right table's do; or that, but for the last one.
+enum class Entries { Any, Fitting, AllButOneFitting };
+
+std::vector<qint32> makeTable(Entries kind, int count, std::mt19937& random)
+{
+    std::vector<qint32> table(count);
+    for (qint32& entry : table)
+        entry = kind == Entries::Any ? qint32(random()) : qint32(random() % unsigned(count));
+    if (kind == Entries::AllButOneFitting)
+        table.back() = -1;
+    return table;
+}
+
 std::vector<uchar> makePixels(int bits, Words words, int count, std::size_t entries, std::mt19937& random)
 {
     std::vector<uchar> bytes(std::size_t(count) * (bits == 8 ? 1 : 2));
@@ -98,6 +111,7 @@ std::vector<uchar> makePixels(int bits, Words words, int count, std::size_t entr
 } // namespace
 
 Q_DECLARE_METATYPE(Words)
+Q_DECLARE_METATYPE(Entries)
 
 class tst_FrameKernels : public QObject
 {
@@ -185,20 +199,28 @@ void tst_FrameKernels::everySetMapsLikeThePlainLoop_data()
     QTest::addColumn<int>("set");
     QTest::addColumn<int>("bits");
     QTest::addColumn<int>("entries");
+    QTest::addColumn<Entries>("kind");
     QTest::addColumn<Words>("words");
     const auto sets = AvailableKernelSets();
     QCOMPARE(sets.back().name, "baseline");
     for (int set = 0; set < int(sets.size()); ++set) {
         const char* name = sets[set].name;
-        QTest::addRow("%s, 8 bits", name) << set << 8 << 256 << Words::Any;
+        QTest::addRow("%s, 8 bits", name) << set << 8 << 256 << Entries::Any << Words::Any;
         for (const int bits : {10, 12}) {
-            QTest::addRow("%s, %d bits", name, bits) << set << bits << (1 << bits) << Words::InTable;
-            QTest::addRow("%s, %d bits, any word", name, bits) << set << bits << (1 << bits) << Words::Any;
-            QTest::addRow("%s, %d bits, words about the table's end", name, bits)
-                << set << bits << (1 << bits) << Words::Boundary;
+            const auto add = [&](const char* what, Entries kind, Words words) {
+                QTest::addRow("%s, %d bits, %s", name, bits, what)
+                    << set << bits << (1 << bits) << kind << words;
+            };
+            add("right frames and tables", Entries::Fitting, Words::InTable);
+            add("any entry", Entries::Any, Words::InTable);
+            add("one entry too large", Entries::AllButOneFitting, Words::InTable);
+            add("any word", Entries::Fitting, Words::Any);
+            add("any word and entry", Entries::Any, Words::Any);
+            add("words about the table's end", Entries::Fitting, Words::Boundary);
         }
         for (const int entries : {1, 2, 1023, 1025, 4095})
-            QTest::addRow("%s, %d entries", name, entries) << set << 16 << entries << Words::Boundary;
+            QTest::addRow("%s, %d entries", name, entries)
+                << set << 16 << entries << Entries::Fitting << Words::Boundary;
     }
 }
 
@@ -209,13 +231,12 @@ void tst_FrameKernels::everySetMapsLikeThePlainLoop()
     QFETCH(int, set);
     QFETCH(int, bits);
     QFETCH(int, entries);
+    QFETCH(Entries, kind);
     QFETCH(Words, words);
     const KernelSet kernels = AvailableKernelSets()[set];
     std::mt19937 random(1);
     FencedBytes fencedTable(sizeof(qint32) * entries);
-    std::vector<qint32> table(entries);
-    for (qint32& entry : table)
-        entry = qint32(random());
+    const auto table = makeTable(kind, entries, random);
     std::copy(table.begin(), table.end(), fencedTable.as<qint32>());
 
     for (int count = 1; count <= 300; ++count) {
@@ -259,9 +280,7 @@ void tst_FrameKernels::frameLargerThanTheCaches()
     const KernelSet kernels = AvailableKernelSets()[set];
     constexpr int kWidth = 1031, kHeight = 1033;
     std::mt19937 random(2);
-    std::vector<qint32> table(1 << bits);
-    for (qint32& entry : table)
-        entry = qint32(random());
+    const auto table = makeTable(Entries::Fitting, 1 << bits, random);
     const auto pixels = makePixels(bits, Words::Any, kWidth * kHeight, table.size(), random);
     const auto expected = bits == 8 ? mapped<uchar>(pixels, table) : mapped<quint16>(pixels, table);
     FencedBytes src(pixels.size());
