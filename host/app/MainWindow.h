@@ -44,7 +44,7 @@ public:
 
     Session& session() { return m_session; }
 
-    void showEditor();
+    void showEditor(); // or a box that says why there is none
     void hideEditor();
 
 protected:
@@ -104,6 +104,7 @@ private:
     QAction* m_lockAction;
     QAction* m_editorAction;
 
+    QString m_pluginProblem; // why no plug-in runs; empty while one does
     Colours m_colours = Colours::Light;
     QTimer m_rateTimer;
     QElapsedTimer m_rateClock;
