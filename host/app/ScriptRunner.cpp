@@ -158,6 +158,11 @@ QString ScriptRunner::execute(const ScriptCommand& command)
         request.lutBytes = words.size() > 1 ? words.at(1).toInt() : -1;
         return m_window.openCamera(request);
     }
+    case Verb::Reconnect: {
+        const QString error = m_window.reconnect();
+        m_transcript.event(error.isEmpty() ? "reconnected" : "not reconnected: " + Transcript::quoted(error));
+        return {};
+    }
     case Verb::Plugin:
         m_window.session().restartPlugin();
         return {};
