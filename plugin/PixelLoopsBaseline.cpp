@@ -51,15 +51,18 @@ inline void LoadLine(Line& line, const std::uint8_t* src, const std::uint8_t* ds
         std::memcpy(&line[i], src + 8 * i, 8);
 }
 
-// Makes the 16-bit words of a line at most limit.
-inline void Limit(Line& line, std::uint16_t limit)
+// The line at src again, its 16-bit words at most limit.
+inline void LoadLimited(Line& line, const std::uint8_t* src, std::uint16_t limit)
 {
     typedef std::uint16_t Words __attribute__((vector_size(16)));
-    Words parts[kLine / sizeof(Words)];
-    std::memcpy(parts, line, sizeof line);
-    for (Words& words : parts)
+    alignas(16) std::uint8_t limited[kLine];
+    for (std::size_t i = 0; i < kLine; i += sizeof(Words)) {
+        Words words;
+        std::memcpy(&words, src + i, sizeof words);
         words = words < limit ? words : words * 0 + limit;
-    std::memcpy(line, parts, sizeof line);
+        std::memcpy(limited + i, &words, sizeof words);
+    }
+    std::memcpy(line, limited, sizeof line);
 }
 
 } // namespace
@@ -106,7 +109,7 @@ void Map16Baseline(const std::uint16_t* srcWords, std::uint16_t* dstWords, std::
         for (const std::uint64_t four : line)
             bits |= four;
         if (__builtin_expect((bits & beyond) != 0, 0))
-            Limit(line, last);
+            LoadLimited(line, src, last);
         std::uint8_t* to = dst;
         for (const std::uint64_t four : line) {
             Store(to, tables.Two(std::uint32_t(four)));

@@ -118,7 +118,9 @@ ExitStatus run(const QStringList& arguments)
     if (isStream(tablePath) && isStream(in))
         throw Failure{kTrouble, "The standard input holds a table or a picture, not both."};
     const bool isFolder = !isStream(in) && QFileInfo(in).isDir();
-    if (!isFolder && !isStream(out) && pictureForm(out).isEmpty())
+    // What isn't there may have been meant for a folder; reading it tells.
+    const bool isFile = isStream(in) || QFileInfo(in).isFile();
+    if (isFile && !isStream(out) && pictureForm(out).isEmpty())
         throw Failure{kTrouble, QString("%1 has to end in .png, .tif, .tiff or .pgm.").arg(quoted(out))};
     if (isFolder && isStream(out))
         throw Failure{kTrouble, "A folder's pictures go to a folder."};

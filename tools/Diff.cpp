@@ -76,7 +76,7 @@ QString words(const EntryDifference& entries, const LutImage& a, const LutImage&
     return text;
 }
 
-QString json(const EntryDifference& entries, const LutImage& a, const LutImage& b, bool settingsDiffer)
+QByteArray json(const EntryDifference& entries, const LutImage& a, const LutImage& b, bool settingsDiffer)
 {
     QJsonObject object{
         {"differingEntries", entries.count},
@@ -85,7 +85,7 @@ QString json(const EntryDifference& entries, const LutImage& a, const LutImage& 
         {"settingsDiffer", settingsDiffer},
         {"settings", QJsonObject{{"a", settingsAsJson(a)}, {"b", settingsAsJson(b)}}},
     };
-    return QString::fromUtf8(QJsonDocument(object).toJson());
+    return QJsonDocument(object).toJson();
 }
 
 ExitStatus compare(const QStringList& arguments)
@@ -105,7 +105,8 @@ ExitStatus compare(const QStringList& arguments)
     const EntryDifference entries = compareEntries(a, b);
     const QStringList settings =
         parser.isSet(entriesOnly) ? QStringList() : compareSettings(a, b, nameA, nameB);
-    print(parser.isSet(asJson) ? json(entries, a, b, !settings.isEmpty()) : words(entries, a, b, settings));
+    print(parser.isSet(asJson) ? json(entries, a, b, !settings.isEmpty())
+                               : words(entries, a, b, settings).toLocal8Bit());
     return entries.count == 0 && settings.isEmpty() ? kGood : kDifferent;
 }
 

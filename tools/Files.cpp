@@ -95,9 +95,9 @@ void writeBytes(const QString& path, const QByteArray& bytes, bool force)
         throw unwritable(path, file.errorString());
 }
 
-void print(const QString& text)
+void print(const QByteArray& text)
 {
-    writeBytes("-", text.toLocal8Bit(), false);
+    writeBytes("-", text, false);
 }
 
 } // namespace tools

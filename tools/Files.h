@@ -25,7 +25,7 @@ void refuseOverwriting(const QString& path, bool force);
 void writeBytes(const QString& path, const QByteArray& bytes, bool force);
 
 // To the standard output. Throws Failure.
-void print(const QString& text);
+void print(const QByteArray& text);
 
 } // namespace tools
 

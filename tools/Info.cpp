@@ -60,7 +60,7 @@ QString words(const QString& path, const Table& table)
     return text;
 }
 
-QString json(const QString& path, const LutImage& image)
+QByteArray json(const QString& path, const LutImage& image)
 {
     const TableFacts facts = examine(image);
     const QJsonObject object{
@@ -75,7 +75,7 @@ QString json(const QString& path, const LutImage& image)
         {"clippedLow", facts.clippedLow},
         {"clippedHigh", facts.clippedHigh},
     };
-    return QString::fromUtf8(QJsonDocument(object).toJson());
+    return QJsonDocument(object).toJson();
 }
 
 ExitStatus run(const QStringList& arguments)
@@ -87,7 +87,7 @@ ExitStatus run(const QStringList& arguments)
     parseArguments(parser, kInfoCommand, arguments);
     const QString path = parser.positionalArguments().constFirst();
     const Table table = readTable(path, askedFormat(parser, from));
-    print(parser.isSet(asJson) ? json(path, table.image) : words(path, table));
+    print(parser.isSet(asJson) ? json(path, table.image) : words(path, table).toLocal8Bit());
     return kGood;
 }
 

@@ -1,5 +1,6 @@
 // orlune-lut: the table tool. One command a call; --help tells the rest.
 #include <algorithm>
+#include <cstdio>
 #include <iterator>
 #include <memory>
 #include <new>
@@ -7,6 +8,11 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QGuiApplication>
+
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#endif
 
 #include "tools/Apply.h"
 #include "tools/Command.h"
@@ -52,6 +58,10 @@ ExitStatus run(const Command* command, const QStringList& arguments)
 
 int main(int argc, char* argv[])
 {
+#ifdef Q_OS_WIN // streams of bytes, not of lines
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments += QFile::decodeName(argv[i]);
@@ -75,7 +85,7 @@ int main(int argc, char* argv[])
         try {
             return run(command, arguments);
         } catch (const HelpWanted& help) {
-            print(help.text);
+            print(help.text.toLocal8Bit());
             return kGood;
         }
     } catch (const Failure& failure) {

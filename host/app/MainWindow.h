@@ -2,11 +2,14 @@
 #ifndef ORLUNE_HOST_APP_MAINWINDOW_H
 #define ORLUNE_HOST_APP_MAINWINDOW_H
 
+#include <future>
+
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
 
 #include "host/app/Appearance.h"
+#include "host/app/CameraList.h"
 #include "host/app/CommandLine.h"
 #include "host/app/FrameView.h"
 #include "host/app/LevelsPanel.h"
@@ -28,8 +31,12 @@ public:
     MainWindow(const PluginModule& module, bool chinese, QSettings* settings);
     ~MainWindow() override;
 
-    // Replaces the camera, with a new plug-in object. Empty, or one sentence that says why the old one stays.
+    // Replaces the camera, with a new plug-in object; the real camera that is open already is reconnected. Empty, or
+    // one sentence that says why the old one stays.
     QString openCamera(CameraRequest request);
+    // Opens the connection to the camera anew; the plug-in goes on as it is. Empty, or one sentence that says why the
+    // camera is lost.
+    QString reconnect();
     // Lets the camera look at something else, as --frames takes it. Empty, or one sentence that says why not.
     QString setScene(const QString& scene);
 
@@ -60,6 +67,9 @@ private:
     void openPictures(const QString& path);
     void saveShownFrame();
     void askRegisterLength();
+    void askAddress();
+    void searchRealCameras();
+    void showRealCameras(const FoundCameras& found);
 
     void showLatestFrame();
     void showRates();
@@ -84,6 +94,7 @@ private:
 
     QActionGroup* m_cameraActions;
     QActionGroup* m_lengthActions;
+    QMenu* m_realMenu;
     QMenu* m_lengthMenu;
     QActionGroup* m_layoutActions;
     QActionGroup* m_zoomActions;
@@ -99,6 +110,7 @@ private:
     quint64 m_ratedFrames = 0;
     qint64 m_mappingNanos = 0; // of the last frame shown
     bool m_editorPlaced = false;
+    std::future<void> m_search; // for real cameras; its end waits for the search's
 };
 
 } // namespace host

@@ -38,6 +38,7 @@ const QVector<Form>& forms()
         {"lock", Verb::Lock, {Word::Switch}, 1, "lock on|off"},
         {"stream", Verb::Stream, {Word::Switch}, 1, "stream on|off"},
         {"camera", Verb::Camera, {Word::Name, Word::Number}, 1, "camera KEY [BYTES]"},
+        {"reconnect", Verb::Reconnect, {}, 0, "reconnect"},
         {"plugin", Verb::Plugin, {}, 0, "plugin"},
         {"scene", Verb::Scene, {Word::Rest}, 1, "scene chart|ramp|PATH"},
         {"choose", Verb::Choose, {Word::Name, Word::Rest}, 2, "choose MENU ENTRY"},

@@ -27,6 +27,7 @@ enum class Verb {
     Lock,
     Stream,
     Camera,
+    Reconnect,
     Plugin,
     Scene,
     Choose,

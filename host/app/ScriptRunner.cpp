@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QGroupBox>
 #include <QImage>
+#include <QImageWriter>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -157,6 +158,11 @@ QString ScriptRunner::execute(const ScriptCommand& command)
         request.lutBytes = words.size() > 1 ? words.at(1).toInt() : -1;
         return m_window.openCamera(request);
     }
+    case Verb::Reconnect: {
+        const QString error = m_window.reconnect();
+        m_transcript.event(error.isEmpty() ? "reconnected" : "not reconnected: " + Transcript::quoted(error));
+        return {};
+    }
     case Verb::Plugin:
         m_window.session().restartPlugin();
         return {};
@@ -229,7 +235,7 @@ QString ScriptRunner::choose(const QString& menu, const QString& entry)
         if (shown(top->text()) != menu)
             continue;
         for (QAction* action : top->menu()->findChildren<QAction*>()) {
-            if (shown(action->text()) != entry)
+            if (action->menu() || shown(action->text()) != entry)
                 continue;
             if (action->isEnabled())
                 action->trigger();
@@ -307,7 +313,10 @@ QString ScriptRunner::screenshot(const QString& file)
         x += window.width() + kScreenshotGap;
     }
     painter.end();
-    return picture.save(absolute(file)) ? QString() : QString("%1 cannot be written").arg(file);
+    QImageWriter writer(absolute(file));
+    writer.setCompression(100); // pictures of the documents are kept
+    return writer.write(picture) ? QString()
+                                 : QString("%1 cannot be written: %2").arg(file, writer.errorString());
 }
 
 // One line: name, value, then what the user can do with it.

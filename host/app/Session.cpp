@@ -57,6 +57,16 @@ void Session::restartPlugin()
         startStream();
 }
 
+QString Session::reconnect()
+{
+    if (!m_camera)
+        return {};
+    const QString error = m_camera->reconnect();
+    if (error.isEmpty())
+        startStream();
+    return error;
+}
+
 void Session::startPlugin()
 {
     m_plugin = std::make_unique<PluginObject>(m_module);

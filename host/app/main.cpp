@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 
 #include "host/app/Appearance.h"
+#include "host/app/CameraList.h"
 #include "host/app/CommandLine.h"
 #include "host/app/MainWindow.h"
 #include "host/app/PluginModule.h"
@@ -32,6 +33,17 @@ bool hasDisplay()
 {
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
            !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+// A camera a line: key, then title.
+int listCameras()
+{
+    const host::FoundCameras found = host::findRealCameras();
+    for (const host::CameraEntry& entry : host::cameraEntries() + found.entries)
+        std::printf("%-24s%s\n", entry.key.toUtf8().constData(), entry.title.toUtf8().constData());
+    for (const QString& problem : found.problems)
+        std::printf("%s\n", problem.toUtf8().constData());
+    return kDone;
 }
 
 int runScript(host::MainWindow& window, const host::Options& options, const QDir& directory)
@@ -72,11 +84,11 @@ int runViewer(host::MainWindow& window, const host::Options& options)
         if (request.lutBytes < 0)
             request.lutBytes = window.cameraRequest().lutBytes;
     }
-    if (!window.openCamera(request).isEmpty()) {
-        const QString error = window.openCamera(options.camera);
-        if (!error.isEmpty())
-            return fail(kFailed, error);
-    }
+    QString error = window.openCamera(request);
+    if (!error.isEmpty() && options.camera.camera.isEmpty())
+        error = window.openCamera(options.camera);
+    if (!error.isEmpty())
+        return fail(kFailed, error);
     window.showEditor();
     return QApplication::exec();
 }
@@ -105,6 +117,8 @@ int main(int argc, char* argv[])
     using Outcome = host::ParsedCommandLine::Outcome;
     if (parsed.outcome == Outcome::Wrong)
         return fail(kWrongInput, parsed.text);
+    if (parsed.outcome == Outcome::List)
+        return listCameras();
     if (parsed.outcome != Outcome::Run) {
         std::printf("%s\n", parsed.text.toUtf8().constData());
         return kDone;

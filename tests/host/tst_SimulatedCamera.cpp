@@ -606,6 +606,8 @@ static QString experience(SimulatedCamera& camera, const char* name)
         return "throws";
     } catch (const std::exception&) {
         return "throws a standard exception";
+    } catch (...) {
+        return "throws a foreign object";
     }
     return "works";
 }
@@ -686,6 +688,8 @@ void tst_SimulatedCamera::armedFaultStrikesOnce_data()
     QTest::newRow("generic at the write") << 5 << int(AccessFault::ThrowsGenericException) << "throws";
     QTest::newRow("standard at the length")
         << 3 << int(AccessFault::ThrowsStdException) << "throws a standard exception";
+    QTest::newRow("foreign at the access mode")
+        << 2 << int(AccessFault::ThrowsForeign) << "throws a foreign object";
     QTest::newRow("absent") << 1 << int(AccessFault::NodeAbsent) << "absent";
     QTest::newRow("wrong type") << 1 << int(AccessFault::WrongType) << "wrong type";
     QTest::newRow("not implemented, at the lookup, strikes the access mode")
