@@ -110,7 +110,7 @@ over standard curves, written to the camera while the live picture shows what
 the table does. Frames of cameras without a table are mapped in software.
 
 This package holds the editor, which camera applications load as a plug-in, a
-viewer with simulated cameras, and a command line tool for table files.")
+viewer for real and simulated cameras, and a command line tool for table files.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME orlune-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
