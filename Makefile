@@ -2,7 +2,7 @@
 PRESET ?= release
 BUILD = build/$(PRESET)
 
-.PHONY: app run pictures test bench format format-check
+.PHONY: app run pictures test bench package package-test format format-check
 
 app:
 	scripts/setup run
@@ -26,6 +26,16 @@ bench:
 	cmake --preset release -DORLUNE_BENCH=ON
 	cmake --build --preset release --target bench_all
 	scripts/bench build/release
+
+package:
+	scripts/setup package
+	cmake --preset package
+	cmake --build --preset package
+	rm -f build/package/*.deb
+	cpack --preset package
+
+package-test: package
+	scripts/package-test build/package
 
 format:
 	scripts/setup format

@@ -72,12 +72,10 @@ configure_package_config_file(packaging/OrluneConfig.cmake.in ${made}/OrluneConf
 write_basic_package_version_file(${made}/OrluneConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${made}/OrluneConfig.cmake ${made}/OrluneConfigVersion.cmake DESTINATION ${package_dir})
 
-# In the data folder, where pkg-config looks whatever machine it compiles for: there is no library to link.
-set(pkgconfig_dir ${CMAKE_INSTALL_DATADIR}/pkgconfig)
-file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_DATADIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig ${prefix_from_pkgconfig})
 configure_file(packaging/orlune.pc.in ${made}/orlune.pc @ONLY)
-install(FILES ${made}/orlune.pc DESTINATION ${pkgconfig_dir})
+install(FILES ${made}/orlune.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/orlune-dev)
 
@@ -107,19 +105,18 @@ set(CPACK_DEBIAN_APPLICATION_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_APPLICATION_PACKAGE_RECOMMENDS "fonts-dejavu-core, fonts-wqy-microhei, qt5-image-formats-plugins")
 set(CPACK_COMPONENT_APPLICATION_DESCRIPTION
 "editor for the look-up tables of machine-vision cameras
- Shapes a camera's table of 4096 entries by eye: gamma, brightness and contrast
- over standard curves, written to the camera while the live picture shows what
- the table does. Frames of cameras without a table are mapped in software.
- .
- This package holds the editor, which camera applications load as a plug-in, a
- viewer with simulated cameras, and a command line tool for table files.")
+Shapes a camera's table of 4096 entries by eye: gamma, brightness and contrast
+over standard curves, written to the camera while the live picture shows what
+the table does. Frames of cameras without a table are mapped in software.
+
+This package holds the editor, which camera applications load as a plug-in, a
+viewer for real and simulated cameras, and a command line tool for table files.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME orlune-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
     "orlune (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), qtbase5-dev")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
 "headers for camera applications that load the Orlune editor
- What an application needs to load the editor of camera look-up tables as a
- plug-in: three headers, files for CMake and pkg-config, the host author's
- guide, and a small example.")
+What an application needs to load the editor of camera look-up tables as a
+plug-in: three headers, files for CMake and pkg-config, and a small example.")
 include(CPack)
