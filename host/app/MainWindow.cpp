@@ -396,7 +396,8 @@ void MainWindow::searchRealCameras()
         return;
     m_search = std::async(std::launch::async, [this] {
         const FoundCameras found = findRealCameras();
-        QMetaObject::invokeMethod(this, [this, found] { showRealCameras(found); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, found] { showRealCameras(found); }, Qt::QueuedConnection);
     });
 }
 

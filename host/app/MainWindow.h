@@ -31,11 +31,11 @@ public:
     MainWindow(const PluginModule& module, bool chinese, QSettings* settings);
     ~MainWindow() override;
 
-    // Replaces the camera, with a new plug-in object; the real camera that is open already is reconnected. Empty, or
-    // one sentence that says why the old one stays.
+    // Replaces the camera, with a new plug-in object; the real camera that is open already is reconnected.
+    // Empty, or one sentence that says why the old one stays.
     QString openCamera(CameraRequest request);
-    // Opens the connection to the camera anew; the plug-in goes on as it is. Empty, or one sentence that says why the
-    // camera is lost.
+    // Opens the connection to the camera anew; the plug-in goes on as it is. Empty, or one sentence that says
+    // why the camera is lost.
     QString reconnect();
     // Lets the camera look at something else, as --frames takes it. Empty, or one sentence that says why not.
     QString setScene(const QString& scene);
