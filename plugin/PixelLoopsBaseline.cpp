@@ -94,7 +94,7 @@ void Map16Baseline(const std::uint16_t* srcWords, std::uint16_t* dstWords, std::
 {
     const PairTables<std::uint16_t, std::uint32_t, kMaxFrameTable> tables(table, entries);
     const auto last = std::uint16_t(entries - 1);
-    // The bits that are set in no index up to a power of two that the table holds.
+    // The bits of a word that no index below the largest power of two within the table has.
     std::uint64_t beyond = 0xffffffffffffffff;
     for (int power = 1; power <= entries; power *= 2)
         beyond = ~(std::uint64_t(power - 1) * 0x0001000100010001);
