@@ -1,7 +1,5 @@
 #include "tools/Chart.h"
 
-#include <algorithm>
-
 #include <QFontMetricsF>
 #include <QPainter>
 

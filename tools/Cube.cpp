@@ -41,10 +41,9 @@ public:
         if (m_size == 0)
             throw Failure{kNoTable, QString("%1 has no LUT_1D_SIZE.").arg(quoted(m_name))};
         if (int(m_values.size()) < m_size)
-            throw Failure{kNoTable, QString("%1 ends after %2 of %3 values.")
-                                        .arg(quoted(m_name))
-                                        .arg(m_values.size())
-                                        .arg(m_size)};
+            throw Failure{kNoTable,
+                          quoted(m_name) +
+                              QString(" ends after %1 of %2 values.").arg(m_values.size()).arg(m_size)};
         if (!(m_min < m_max))
             throw Failure{kNoTable,
                           QString("%1 has a domain that ends before it begins.").arg(quoted(m_name))};
@@ -57,7 +56,7 @@ public:
 private:
     [[noreturn]] void fail(const QString& what) const
     {
-        throw Failure{kNoTable, QString("%1, line %2: %3.").arg(quoted(m_name)).arg(m_line).arg(what)};
+        throw Failure{kNoTable, quoted(m_name) + QString(", line %1: ").arg(m_line) + what + '.'};
     }
 
     void takeLine(const QList<QByteArray>& words)

@@ -1,7 +1,6 @@
 #include "tools/Info.h"
 
 #include <algorithm>
-#include <bitset>
 #include <iterator>
 
 #include <QJsonDocument>
@@ -109,17 +108,13 @@ TableFacts examine(const LutImage& image)
     TableFacts facts{};
     facts.minimum = *least;
     facts.maximum = *most;
-    std::bitset<kLutEntries> reached;
-    for (int i = 0; i < kLutEntries; ++i) {
-        reached.set(std::size_t(entries[i]));
-        if (i == 0 || entries[i] == entries[i - 1])
-            continue;
+    for (int i = 1; i < kLutEntries; ++i) {
         if (entries[i] > entries[i - 1])
             ++facts.rises;
-        else if (facts.falls++ == 0)
+        else if (entries[i] < entries[i - 1] && facts.falls++ == 0)
             facts.firstFall = i;
     }
-    facts.lostCodes = kLutEntries - int(reached.count());
+    facts.lostCodes = orlune::LostCodes(image);
     const auto besidesOne = [&](int output) {
         return std::max(0, int(std::count(std::begin(entries), std::end(entries), output)) - 1);
     };

@@ -21,7 +21,6 @@ struct TableFacts
     int clippedHigh; // inputs that give 4095 besides one
 };
 
-// Every entry has to lie in 0 to 4095.
 TableFacts examine(const orlune::LutImage& image);
 
 } // namespace tools

@@ -2,8 +2,6 @@
 #ifndef ORLUNE_TOOLS_PICTURES_H
 #define ORLUNE_TOOLS_PICTURES_H
 
-#include <optional>
-
 #include <QByteArray>
 #include <QImage>
 #include <QImageIOHandler>

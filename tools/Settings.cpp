@@ -49,13 +49,13 @@ QString standardName(const LutTrailer& trailer)
 QString settingsInWords(const LutTrailer& trailer)
 {
     const LutSettings& settings = trailer.Settings;
-    return QString("standard curve %1, gamma %2, brightness %3, contrast %4, range %5 to %6")
-        .arg(standardName(trailer))
-        .arg(settings.Gamma)
-        .arg(settings.Brightness)
-        .arg(settings.Contrast)
-        .arg(settings.RangeMin)
-        .arg(settings.RangeMax);
+    return "standard curve " + standardName(trailer) +
+           QString(", gamma %1, brightness %2, contrast %3, range %4 to %5")
+               .arg(settings.Gamma)
+               .arg(settings.Brightness)
+               .arg(settings.Contrast)
+               .arg(settings.RangeMin)
+               .arg(settings.RangeMax);
 }
 
 QJsonValue settingsAsJson(const LutImage& image)

@@ -95,11 +95,11 @@ LutImage parseCsv(QByteArray& bytes, const QString& name)
     int badLine = 0;
     if (orlune::ReadCsv(buffer, image, &badLine) != orlune::kSuccess)
         throw Failure{kNoTable,
-                      QString("%1, line %2: there is no number from 0 to %3; a table has %4 such lines.")
-                          .arg(quoted(name))
-                          .arg(badLine)
-                          .arg(kLutMaxOutput)
-                          .arg(kLutEntries)};
+                      quoted(name) +
+                          QString(", line %1: there is no number from 0 to %2; a table has %3 such lines.")
+                              .arg(badLine)
+                              .arg(kLutMaxOutput)
+                              .arg(kLutEntries)};
     return image;
 }
 
@@ -181,11 +181,12 @@ Table readTable(const QString& path, std::optional<TableFormat> asked)
     const auto wrong = std::find_if(std::begin(entries), std::end(entries),
                                     [](qint32 entry) { return entry < 0 || entry > kLutMaxOutput; });
     if (wrong != std::end(entries))
-        throw Failure{kNoTable, QString("%1 is no camera table: entry %2 is %3, and outputs go from 0 to %4.")
-                                    .arg(quoted(path))
-                                    .arg(wrong - std::begin(entries))
-                                    .arg(*wrong)
-                                    .arg(kLutMaxOutput)};
+        throw Failure{kNoTable,
+                      quoted(path) +
+                          QString(" is no camera table: entry %1 is %2, and outputs go from 0 to %3.")
+                              .arg(wrong - std::begin(entries))
+                              .arg(*wrong)
+                              .arg(kLutMaxOutput)};
     return table;
 }
 

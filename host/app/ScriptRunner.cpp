@@ -39,6 +39,31 @@ QString fingerprint(const QByteArray& bytes)
     return QString("%1 bytes, sha1 %2").arg(bytes.size()).arg(QString::fromLatin1(hash.left(kHashDigits)));
 }
 
+// One line: name, value, then what the user can do with it.
+QString describe(const QString& name, const QWidget& widget)
+{
+    QStringList parts = {name};
+    if (const auto* edit = qobject_cast<const QLineEdit*>(&widget))
+        parts += Transcript::quoted(edit->text());
+    else if (const auto* slider = qobject_cast<const QAbstractSlider*>(&widget))
+        parts += QString::number(slider->value());
+    else if (const auto* combo = qobject_cast<const QComboBox*>(&widget))
+        parts += Transcript::quoted(combo->currentText());
+    else if (const auto* label = qobject_cast<const QLabel*>(&widget))
+        parts += Transcript::quoted(label->text());
+    else if (const auto* box = qobject_cast<const QGroupBox*>(&widget))
+        parts += Transcript::quoted(box->title());
+    else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+        parts += Transcript::quoted(button->text());
+        if (button->isCheckable())
+            parts += button->isChecked() ? "on" : "off";
+    } else if (widget.isWindow())
+        parts += Transcript::quoted(widget.windowTitle());
+    parts += widget.isEnabled() ? "enabled" : "disabled";
+    parts += widget.isVisible() ? "visible" : "hidden";
+    return parts.join(' ');
+}
+
 } // namespace
 
 ScriptRunner::ScriptRunner(MainWindow& window, Transcript& transcript, const QDir& directory)
@@ -99,28 +124,8 @@ QString ScriptRunner::execute(const ScriptCommand& command)
     case Verb::Click:
     case Verb::Type:
     case Verb::Wheel:
-    case Verb::Get: {
-        QWidget* widget = findWidget(first);
-        if (!widget)
-            return QString("there is no widget \"%1\"").arg(first);
-        if (command.verb == Verb::Get) {
-            describe(first, *widget);
-            return {};
-        }
-        if (!canBeUsed(first, *widget))
-            return {};
-        if (command.verb == Verb::Set)
-            return set(*widget, words.at(1));
-        if (command.verb == Verb::Click)
-            return click(*widget, words);
-        if (command.verb == Verb::Wheel)
-            turnWheel(*widget, words.at(1).toInt());
-        else if (!qobject_cast<QLineEdit*>(widget))
-            return QString("\"%1\" is no line edit").arg(first);
-        else
-            typeText(*widget, words.value(1));
-        return {};
-    }
+    case Verb::Get:
+        return useWidget(command);
     case Verb::Tab: {
         activateWindow();
         pressKey(Qt::Key_Tab);
@@ -178,6 +183,30 @@ QString ScriptRunner::execute(const ScriptCommand& command)
     case Verb::Quit:
         return {};
     }
+    return {};
+}
+
+QString ScriptRunner::useWidget(const ScriptCommand& command)
+{
+    const QStringList& words = command.words;
+    const QString name = words.at(0);
+    QWidget* widget = findWidget(name);
+    if (!widget)
+        return QString("there is no widget \"%1\"").arg(name);
+    if (command.verb == Verb::Get)
+        m_transcript.event(describe(name, *widget));
+    else if (!widget->isVisible() || !widget->isEnabled()) // what a person cannot use, a script cannot either
+        m_transcript.event(name + (widget->isVisible() ? " is disabled" : " is hidden"));
+    else if (command.verb == Verb::Set)
+        return set(*widget, words.at(1));
+    else if (command.verb == Verb::Click)
+        return click(*widget, words);
+    else if (command.verb == Verb::Wheel)
+        turnWheel(*widget, words.at(1).toInt());
+    else if (qobject_cast<QLineEdit*>(widget))
+        typeText(*widget, words.value(1));
+    else
+        return QString("\"%1\" is no line edit").arg(name);
     return {};
 }
 
@@ -319,31 +348,6 @@ QString ScriptRunner::screenshot(const QString& file)
                                  : QString("%1 cannot be written: %2").arg(file, writer.errorString());
 }
 
-// One line: name, value, then what the user can do with it.
-void ScriptRunner::describe(const QString& name, QWidget& widget)
-{
-    QStringList parts = {name};
-    if (const auto* edit = qobject_cast<QLineEdit*>(&widget))
-        parts += Transcript::quoted(edit->text());
-    else if (const auto* slider = qobject_cast<QAbstractSlider*>(&widget))
-        parts += QString::number(slider->value());
-    else if (const auto* combo = qobject_cast<QComboBox*>(&widget))
-        parts += Transcript::quoted(combo->currentText());
-    else if (const auto* label = qobject_cast<QLabel*>(&widget))
-        parts += Transcript::quoted(label->text());
-    else if (const auto* box = qobject_cast<QGroupBox*>(&widget))
-        parts += Transcript::quoted(box->title());
-    else if (const auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-        parts += Transcript::quoted(button->text());
-        if (button->isCheckable())
-            parts += button->isChecked() ? "on" : "off";
-    } else if (widget.isWindow())
-        parts += Transcript::quoted(widget.windowTitle());
-    parts += widget.isEnabled() ? "enabled" : "disabled";
-    parts += widget.isVisible() ? "visible" : "hidden";
-    m_transcript.event(parts.join(' '));
-}
-
 void ScriptRunner::wait(int milliseconds)
 {
     QEventLoop loop;
@@ -372,15 +376,6 @@ QWidget* ScriptRunner::findWidget(const QString& name) const
             return widget;
     }
     return nullptr;
-}
-
-// What a person cannot use, a script cannot either.
-bool ScriptRunner::canBeUsed(const QString& name, const QWidget& widget)
-{
-    if (widget.isVisible() && widget.isEnabled())
-        return true;
-    m_transcript.event(name + (widget.isVisible() ? " is disabled" : " is hidden"));
-    return false;
 }
 
 QString ScriptRunner::absolute(const QString& path) const

@@ -15,7 +15,8 @@ namespace {
 constexpr char kLost[] = "camera lost";
 
 // The program's end waits for what is being closed here.
-std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamera> camera, Held<ArvDevice> device)
+std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamera> camera,
+                                           Held<ArvDevice> device)
 {
     static std::vector<std::shared_future<void>> closing;
     closing.erase(std::remove_if(closing.begin(), closing.end(),
@@ -77,7 +78,8 @@ QString Connection::open(const QString& address)
         return openFailure(address, failure);
     }
     QStringList inscription;
-    for (const auto part : {arv_camera_get_vendor_name, arv_camera_get_model_name, arv_camera_get_device_serial_number})
+    for (const auto part :
+         {arv_camera_get_vendor_name, arv_camera_get_model_name, arv_camera_get_device_serial_number})
         inscription += QString::fromUtf8(part(m_camera.get(), nullptr));
     inscription.removeAll({});
     m_inscription = inscription.join(QLatin1Char(' '));

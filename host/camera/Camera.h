@@ -49,8 +49,8 @@ public:
     // Frames that the camera sent since the stream was started and that did not arrive whole.
     virtual quint64 lostFrames() const { return 0; }
 
-    // Opens the connection to the camera anew, after a loss or at any time; the node maps stay. The stream is off
-    // then. Empty, or one sentence that says why the camera is lost.
+    // Opens the connection to the camera anew, after a loss or at any time; the node maps stay. The stream is
+    // off then. Empty, or one sentence that says why the camera is lost.
     virtual QString reconnect() { return tr("This camera has no connection that could be made anew."); }
 
     // Looks at something else from now on: what is "chart", "ramp", or the path of a picture or of a folder

@@ -1,6 +1,7 @@
 // A GigE Vision camera on loopback in a process of its own: Aravis' emulator with LutCamera.xml.
 //
-//   orlune-testcamera DESCRIPTION [lut=BYTES] [enable=1] [format=PFNC] [width=N] [height=N] [rate=N] [serial=S]
+//   orlune-testcamera DESCRIPTION [lut=BYTES] [enable=1] [format=PFNC] [width=N] [height=N] [rate=N]
+//   [serial=S]
 //                     [lock=own|none]
 //
 // lut=0 is a camera without LUT. Prints "ready", or "port taken". Then, for each line on the standard input:
@@ -74,7 +75,8 @@ private:
     std::vector<unsigned char> m_saved = std::vector<unsigned char>(kMaxLutBytes);
 };
 
-// Code x + 3 y, cut to the format's depth. A line of 16-bit words begins with one that is too high for any format.
+// Code x + 3 y, cut to the format's depth. A line of 16-bit words begins with one that is too high for any
+// format.
 void fillFrame(ArvBuffer* buffer, void*, guint32, guint32, ArvPixelFormat format)
 {
     std::size_t size = 0;
@@ -103,15 +105,16 @@ std::string describe(const std::string& path, bool ownLock)
     const std::string description = text.str();
     const std::regex lock("<Integer Name=\"TLParamsLocked\">.*</Integer>");
     return ownLock ? description
-                   : std::regex_replace(description, lock, "<Float Name=\"TLParamsLocked\"><Value>0</Value></Float>");
+                   : std::regex_replace(description, lock,
+                                        "<Float Name=\"TLParamsLocked\"><Value>0</Value></Float>");
 }
 
 } // namespace
 
 int main(int argc, char* argv[])
 {
-    std::map<std::string, std::string> options = {{"lut", "16424"},  {"enable", "0"}, {"format", "17301505"},
-                                                  {"width", "320"},  {"height", "240"}, {"rate", "25"},
+    std::map<std::string, std::string> options = {{"lut", "16424"}, {"enable", "0"},   {"format", "17301505"},
+                                                  {"width", "320"}, {"height", "240"}, {"rate", "25"},
                                                   {"serial", "T1"}, {"lock", "own"}};
     for (int i = 2; i < argc; ++i) {
         const std::string option = argv[i];

@@ -7,7 +7,7 @@ Q_DECLARE_METATYPE(Outcome)
 
 static host::ParsedCommandLine parse(const QStringList& arguments)
 {
-    return host::parseCommandLine(QStringList{"orlune-host"} + arguments, QDir("/work"));
+    return host::parseCommandLine(QStringList{"orlune-host"} + arguments, QDir("/start"));
 }
 
 class tst_CommandLine : public QObject
@@ -27,18 +27,18 @@ void tst_CommandLine::everyOptionArrives()
     const host::ParsedCommandLine parsed =
         parse({"--camera", "no-lut", "--lut-bytes", "1064", "--language", "zh", "--plugin", "a/../b.plx",
                "--frames", "pictures", "--pixel-format", "BayerRG12", "--size", "320x200", "--state",
-               "/tmp/state", "--script", "s.txt"});
+               "/elsewhere/state", "--script", "s.txt"});
     QVERIFY2(parsed.outcome == Outcome::Run, qPrintable(parsed.text));
     const host::Options& options = parsed.options;
     QCOMPARE(options.camera.camera, QString("no-lut"));
     QCOMPARE(options.camera.lutBytes, 1064);
-    QCOMPARE(options.camera.frames, QString("/work/pictures"));
+    QCOMPARE(options.camera.frames, QString("/start/pictures"));
     QCOMPARE(options.camera.pixelFormat, QString("BayerRG12"));
     QCOMPARE(options.camera.size, QSize(320, 200));
-    QCOMPARE(options.camera.stateFile, QString("/tmp/state"));
+    QCOMPARE(options.camera.stateFile, QString("/elsewhere/state"));
     QCOMPARE(options.chinese, true);
-    QCOMPARE(options.pluginPath, QString("/work/b.plx"));
-    QCOMPARE(options.scriptFile, QString("/work/s.txt"));
+    QCOMPARE(options.pluginPath, QString("/start/b.plx"));
+    QCOMPARE(options.scriptFile, QString("/start/s.txt"));
     QCOMPARE(parse({"--frames", "ramp"}).options.camera.frames, QString("ramp"));
 }
 

@@ -50,6 +50,8 @@ void tst_Script::wrongLineIsNamed_data()
                                    << "tab";
     QTest::newRow("no number") << "wheel objGammaSlider up"
                                << "wheel NAME STEPS";
+    QTest::newRow("back in time") << "wait -1"
+                                  << "wait MILLISECONDS";
     QTest::newRow("half a position") << "click objGammaSlider 95"
                                      << "click NAME [X Y]";
     QTest::newRow("neither on nor off") << "lock yes"
@@ -71,12 +73,12 @@ void tst_Script::transcriptKeepsOneLineAnEvent()
 {
     QBuffer out;
     out.open(QIODevice::WriteOnly);
-    host::Transcript transcript(out, QDir("/work"));
+    host::Transcript transcript(out, QDir("/start"));
     transcript.command("show");
-    transcript.event("/work/a.png, /works/a.png");
+    transcript.event("/start/a.png, /starts/a.png");
     transcript.event("box " + host::Transcript::quoted(QString::fromUtf8("a \"b\"\\\nГ")));
     QCOMPARE(QString::fromUtf8(out.data()),
-             QString::fromUtf8("> show\n  a.png, /works/a.png\n  box \"a \\\"b\\\"\\\\\\nГ\"\n"));
+             QString::fromUtf8("> show\n  a.png, /starts/a.png\n  box \"a \\\"b\\\"\\\\\\nГ\"\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_Script)
