@@ -88,7 +88,14 @@ public:
         options.width = options.height = 8; // no frame is looked at
         QString error;
         camera = host::makeSimulatedCamera(options, &error);
-        camera->setLocked(kind.locked);
+        resetCamera();
+    }
+
+    // The lock on or off, no fault waiting.
+    void resetCamera()
+    {
+        camera->setLocked(m_kind.locked);
+        faults().disarm();
     }
 
     void start()
@@ -360,6 +367,7 @@ void tst_FaultMatrix::useRig(int kind)
 
 void tst_FaultMatrix::prepareFor(const Road& road)
 {
+    m_rig->resetCamera(); // whatever a row before has left behind
     prepare(*m_rig->editor);
     road.before(*m_rig);
     m_rig->selectFactorySet();
