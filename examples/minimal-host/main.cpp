@@ -1,5 +1,4 @@
-// A camera application in one file. It loads the module, opens the editor on a camera that sends a grey ramp,
-// and shows the picture as the table leaves it.
+// A camera application in one file: loads the module, opens the editor on a grey ramp, and shows it as mapped.
 //
 //   minimal-host            a camera without a table: the plug-in maps the frames
 //   minimal-host --lut      a camera with a table in a register, locked while frames come
