@@ -1,31 +1,15 @@
 // Every access to the camera, on every road through the plug-in, failing in every way that it can. No access
 // is named here: a good run of each road finds them, so a new one is covered by itself.
-#include "contract/ModuleHost.h"
+#include "contract/Roads.h"
 
+#include <map>
 #include <optional>
-
-#include "host/camera/SimulatedCamera.h"
 
 using host::AccessFault;
 using host::AccessFaults;
 using host::NodeOperation;
 
 namespace {
-
-constexpr int kTableBytes = 16384;
-
-struct CameraKind
-{
-    const char* name;
-    const char* model;
-    bool locked; // by a running acquisition
-};
-// lut-enable is never asked whether it is locked, so locked covers free.
-const CameraKind kCameras[] = {{"lut", "lut", false},
-                               {"lut locked", "lut", true},
-                               {"lut-enable locked", "lut-enable", true},
-                               {"no-lut", "no-lut", false}};
-const int kNoLut = 3;
 
 struct Access
 {
@@ -70,224 +54,36 @@ QString boxOf(const Way& way, const Access& access)
     return "Error|" + text;
 }
 
-// The plug-in on a simulated camera, and all that can be seen of both.
-class Rig
+// The accesses that an action makes.
+std::vector<Access> accessesOf(Rig& rig, const std::function<void()>& action)
 {
-public:
-    // What a person sees of the editor.
-    struct Seen
-    {
-        QString controls;
-        QImage picture;
-    };
-
-    explicit Rig(const CameraKind& kind) : m_kind(kind)
-    {
-        host::SimulatedCameraOptions options;
-        options.model = kind.model;
-        options.width = options.height = 8; // no frame is looked at
-        QString error;
-        camera = host::makeSimulatedCamera(options, &error);
-        resetCamera();
+    std::vector<Access> accesses;
+    rig.faults().setObserver([&](const std::string& node, NodeOperation operation) {
+        accesses.push_back({node, operation, true});
+    });
+    action();
+    rig.faults().setObserver({});
+    for (Access& access : accesses) {
+        const GenICam_3_0::gcstring name = access.node.c_str();
+        access.exists =
+            rig.camera->remoteNodeMap()->GetNode(name) || rig.camera->deviceNodeMap()->GetNode(name);
     }
+    return accesses;
+}
 
-    // The lock on or off, no fault waiting.
-    void resetCamera()
-    {
-        camera->setLocked(m_kind.locked);
-        faults().disarm();
-    }
-
-    void start()
-    {
-        editor = std::make_unique<ModuleHost>(camera->remoteNodeMap(), 0, camera->deviceNodeMap());
-        editor->onCode = [this](int code) { // a host that stops its acquisition, and goes on with it
-            if (code == MSG_DEVICE_ACCESS_BEGIN || code == MSG_DEVICE_ACCESS_END)
-                camera->setLocked(m_kind.locked && code == MSG_DEVICE_ACCESS_END);
-        };
-    }
-
-    // The accesses that an action makes.
-    std::vector<Access> accessesOf(const std::function<void()>& action)
-    {
-        std::vector<Access> accesses;
-        faults().setObserver([&](const std::string& node, NodeOperation operation) {
-            accesses.push_back({node, operation, true});
+// Runs an action of which the at-th access fails.
+void runFailing(Rig& rig, int at, const Way& way, const std::function<void()>& action)
+{
+    if (way.kind)
+        rig.faults().arm({at, *way.kind});
+    else
+        rig.faults().setObserver([=, &rig, count = 0](const std::string&, NodeOperation) mutable {
+            if (++count == at)
+                rig.faults().setSwitch(AccessFaults::kUnplugged, true);
         });
-        action();
-        faults().setObserver({});
-        for (Access& access : accesses) {
-            const GenICam_3_0::gcstring name = access.node.c_str();
-            access.exists = camera->remoteNodeMap()->GetNode(name) || camera->deviceNodeMap()->GetNode(name);
-        }
-        return accesses;
-    }
-
-    // Runs an action of which the at-th access fails.
-    void runFailing(int at, const Way& way, const std::function<void()>& action)
-    {
-        if (way.kind)
-            faults().arm({at, *way.kind});
-        else
-            faults().setObserver([=, count = 0](const std::string&, NodeOperation) mutable {
-                if (++count == at)
-                    faults().setSwitch(AccessFaults::kUnplugged, true);
-            });
-        action();
-        faults().setObserver({});
-        faults().setSwitch(AccessFaults::kUnplugged, false);
-    }
-
-    QByteArray table() const
-    {
-        QString error;
-        return camera->registerBytes(&error);
-    }
-    QByteArray userSet() const
-    {
-        QString error;
-        return camera->userSetBytes(&error);
-    }
-    // A fresh camera has another user set selected than the one that the plug-in uses.
-    void selectFactorySet()
-    {
-        auto* node = camera->remoteNodeMap()->GetNode("UserSetSelector");
-        dynamic_cast<GenApi_3_0::IEnumeration&>(*node).SetIntValue(0);
-    }
-
-    Seen look() const
-    {
-        QStringList controls;
-        for (const char* radio : kRadios)
-            controls << QString::number(editor->find<QRadioButton>(radio).isChecked());
-        for (const Control& control : kControls) {
-            controls << editor->text(control.edit) << QString::number(editor->enabled(control.edit));
-            if (control.slider)
-                controls << QString::number(editor->slider(control.slider));
-        }
-        auto& combo = editor->find<QComboBox>("objStandardComboBox");
-        controls << combo.currentText() << QString::number(combo.isEnabled());
-        return {controls.join(' '), editor->find<QWidget>("objPlotterWidget").grab().toImage()};
-    }
-
-    // Where edits, sliders and camera contradict each other after an action that went well;
-    // empty when nowhere.
-    QString contradiction()
-    {
-        const QByteArray image = table();
-        const char* trailer = image.constData() + kTableBytes;
-        for (const Control& control : kControls) {
-            const QString text = editor->text(control.edit);
-            if (control.slider && QString::number(editor->slider(control.slider)) != text)
-                return QString("%1 beside a slider: %2").arg(text, control.slider);
-            trailer += 4;
-            if (QString::number(qFromLittleEndian<qint32>(trailer)) != text)
-                return QString("%1 in %2 is not in the camera").arg(text, control.edit);
-        }
-        trailer += 4;
-        if (editor->find<QComboBox>("objStandardComboBox").currentText() !=
-            QString::fromLatin1(trailer, 16).section(QChar(0), 0, 0))
-            return "another standard curve in the camera";
-        return QString();
-    }
-
-    QByteArray savedTable()
-    {
-        QFile::remove("saved.lut");
-        editor->fileAnswers << QDir::current().filePath("saved.lut");
-        editor->click("objSaveLutButton");
-        return WorkingDirectory::read("saved.lut");
-    }
-
-    // Whether the plug-in's messages are accesses that were opened and closed one after the other.
-    bool bracketsAreClosed() const
-    {
-        const QVector<int>& messages = editor->messages;
-        for (int i = 0; i < messages.size(); ++i) {
-            if (messages[i] != (i % 2 ? MSG_DEVICE_ACCESS_END : MSG_DEVICE_ACCESS_BEGIN))
-                return false;
-        }
-        return messages.size() % 2 == 0 && (messages.isEmpty() || m_kind.locked);
-    }
-
-    AccessFaults& faults() const { return camera->accessFaults(); }
-
-    WorkingDirectory directory;
-    std::unique_ptr<host::SimulatedCamera> camera;
-    std::unique_ptr<ModuleHost> editor;
-
-private:
-    const CameraKind& m_kind;
-};
-
-void step(ModuleHost& editor)
-{
-    editor.wheel("objContrastSlider", {0, 120});
-}
-
-// An editor with a standard curve and a setting to lose.
-void prepare(ModuleHost& editor)
-{
-    editor.click(kRadios[Standard]);
-    editor.choose("lut4_11");
-    editor.choose("negative");
-    editor.wheel("objBrightnessSlider", {0, 120});
-}
-
-struct Road
-{
-    enum End {
-        Restored, // the control is as before
-        Default,  // the dialog is on the Default source, as after its start
-        Kept      // nothing in the editor has changed
-    };
-    QByteArray name;
-    End failed;
-    bool loads; // the camera's user set
-    std::function<void(Rig&)> before;
-    std::function<void(ModuleHost&)> act;
-};
-
-std::vector<Road> makeRoads()
-{
-    const auto nothing = [](Rig&) {};
-    std::vector<Road> roads;
-    for (const Control& control : kControls) {
-        roads.push_back({QByteArray(control.edit) + " typed", Road::Restored, false, nothing,
-                         [control](ModuleHost& e) { e.type(control.edit, QString::number(control.value)); }});
-        if (control.slider)
-            roads.push_back({QByteArray(control.slider) + " stepped", Road::Restored, false, nothing,
-                             [control](ModuleHost& e) {
-                                 e.wheel(control.slider, {0, -120});
-                             }});
-    }
-    const char* const names[] = {"Standard", "Device", "Lut File", "CSV File", "Default"};
-    for (int source = Standard; source <= Default; ++source) {
-        const auto take = [source](ModuleHost& e) {
-            if (source == LutFile || source == Csv)
-                e.fileAnswers << QDir::current().filePath(source == Csv ? "kept.csv" : "kept.lut");
-            e.click(kRadios[source]);
-        };
-        roads.push_back({QByteArray(names[source]) + " taken", Road::Default, source == Device,
-                         [source](Rig& rig) {
-                             if (source == Standard)
-                                 rig.editor->click(kRadios[Default]);
-                         },
-                         take});
-        roads.push_back({QByteArray(names[source]) + " taken again", Road::Default, source == Device,
-                         [take](Rig& rig) { take(*rig.editor); }, take});
-    }
-    roads.push_back(
-        {"standard curve chosen", Road::Default, false, nothing, [](ModuleHost& e) { e.choose("lut4_11"); }});
-    roads.push_back({"stored", Road::Kept, false,
-                     [](Rig& rig) {
-                         // so that it shows whether anything was stored
-                         rig.editor->click(kRadios[Default]);
-                         rig.editor->click("objWriteLutButton");
-                         prepare(*rig.editor);
-                     },
-                     [](ModuleHost& e) { e.click("objWriteLutButton"); }});
-    return roads;
+    action();
+    rig.faults().setObserver({});
+    rig.faults().setSwitch(AccessFaults::kUnplugged, false);
 }
 
 } // namespace
@@ -315,18 +111,14 @@ private:
     }
     // A row for every way in which every access can fail.
     void addRows(int kind, int road, const QByteArray& name, const std::vector<Access>& accesses);
-    void useRig(int kind);
-    void prepareFor(const Road& road);
+    Rig& useRig(int kind);
 
     const std::vector<Road> m_roads = makeRoads();
     std::map<std::pair<int, int>, std::vector<Access>> m_accesses; // by camera and road; the start is road -1
 
-    // One running plug-in for all rows of a camera, and what there is to see in good order: right after the
-    // start and a step on from there or from prepare().
     std::unique_ptr<Rig> m_rig;
     int m_rigKind = -1;
-    Rig::Seen m_started;
-    QByteArray m_startedAndStepped, m_preparedAndStepped;
+    QByteArray m_startedAndStepped;
 };
 
 void tst_FaultMatrix::addRows(int kind, int road, const QByteArray& name, const std::vector<Access>& accesses)
@@ -343,35 +135,16 @@ void tst_FaultMatrix::addRows(int kind, int road, const QByteArray& name, const 
     }
 }
 
-void tst_FaultMatrix::useRig(int kind)
+// One running plug-in serves all rows of a camera.
+Rig& tst_FaultMatrix::useRig(int kind)
 {
-    if (m_rigKind == kind)
-        return;
-    m_rig.reset(); // before the next: each has a working directory
-    m_rig = std::make_unique<Rig>(kCameras[kind]);
-    m_rigKind = kind;
-    m_rig->start();
-    ModuleHost& editor = *m_rig->editor;
-    editor.show();
-    m_started = m_rig->look();
-    step(editor);
-    m_startedAndStepped = m_rig->table();
-    for (const char* file : {"kept.lut", "kept.csv"}) {
-        editor.fileAnswers << QDir::current().filePath(file);
-        editor.click("objSaveLutButton");
+    if (m_rigKind != kind) {
+        m_rig.reset(); // before the next: each has a working directory
+        m_rig = std::make_unique<Rig>(kCameras[kind]);
+        m_rig->startAndLearn();
+        m_rigKind = kind;
     }
-    prepare(editor);
-    step(editor);
-    m_preparedAndStepped = m_rig->table();
-}
-
-void tst_FaultMatrix::prepareFor(const Road& road)
-{
-    m_rig->resetCamera(); // whatever a row before has left behind
-    prepare(*m_rig->editor);
-    road.before(*m_rig);
-    m_rig->selectFactorySet();
-    m_rig->editor->takeMessages();
+    return *m_rig;
 }
 
 void tst_FaultMatrix::start_data()
@@ -379,10 +152,10 @@ void tst_FaultMatrix::start_data()
     addColumns();
     for (int kind = 0; kind < int(std::size(kCameras)); ++kind) {
         Rig rig(kCameras[kind]);
-        addRows(kind, -1, "started", rig.accessesOf([&] { rig.start(); }));
+        addRows(kind, -1, "started", accessesOf(rig, [&] { rig.start(); }));
     }
-    useRig(0);
-    m_rig.reset();
+    m_startedAndStepped = useRig(0).startedAndStepped;
+    m_rig.reset(); // two hosts would both answer the file dialogs
     m_rigKind = -1;
 }
 
@@ -402,7 +175,7 @@ void tst_FaultMatrix::start()
 
     Rig rig(kCameras[kind]);
     const QByteArray before = rig.table();
-    rig.runFailing(at, kWays[way], [&] { rig.start(); });
+    runFailing(rig, at, kWays[way], [&] { rig.start(); });
     ModuleHost& editor = *rig.editor;
     QCOMPARE(editor.initResult, fails ? -4 : 0);
     QVERIFY(!rig.faults().isArmed());
@@ -410,7 +183,7 @@ void tst_FaultMatrix::start()
     if (fails) {
         // The dialog waits for its end and leaves the camera alone; the next start finds everything in order.
         editor.send(MSG_SHOW_DIALOG);
-        QVERIFY(rig.accessesOf([&] { step(editor); }).empty());
+        QVERIFY(accessesOf(rig, [&] { step(editor); }).empty());
         editor.plugin->UninitPlugin();
         editor.start();
         QCOMPARE(editor.initResult, 0);
@@ -438,14 +211,14 @@ void tst_FaultMatrix::road_data()
 {
     addColumns();
     for (int kind = 0; kind < kNoLut; ++kind) {
-        useRig(kind);
+        Rig& rig = useRig(kind);
         for (int i = 0; i < int(m_roads.size()); ++i) {
-            prepareFor(m_roads[i]);
-            const auto accesses = m_rig->accessesOf([&] { m_roads[i].act(*m_rig->editor); });
+            m_roads[i].prepareRig(rig);
+            const auto accesses = accessesOf(rig, [&] { m_roads[i].act(*rig.editor); });
             QVERIFY2(!accesses.empty(), m_roads[i].name);
             addRows(kind, i, m_roads[i].name, accesses);
-            QCOMPARE(m_rig->editor->takeBoxes(), QStringList());
-            QVERIFY2(m_rig->bracketsAreClosed(), m_roads[i].name);
+            QCOMPARE(rig.editor->takeBoxes(), QStringList());
+            QVERIFY2(rig.bracketsAreClosed(), m_roads[i].name);
         }
     }
 }
@@ -459,15 +232,14 @@ void tst_FaultMatrix::road()
     const std::vector<Access>& accesses = m_accesses.at({kind, road});
     const Access& failing = accesses[std::size_t(at - 1)];
     const Road::End end = m_roads[road].failed;
-    useRig(kind);
-    Rig& rig = *m_rig;
+    Rig& rig = useRig(kind);
     ModuleHost& editor = *rig.editor;
-    prepareFor(m_roads[road]);
+    m_roads[road].prepareRig(rig);
     const Rig::Seen before = rig.look();
     const QByteArray tableBefore = rig.table();
     const QByteArray userSetBefore = rig.userSet();
 
-    rig.runFailing(at, kWays[way], [&] { m_roads[road].act(editor); });
+    runFailing(rig, at, kWays[way], [&] { m_roads[road].act(editor); });
     QVERIFY(!rig.faults().isArmed());
 
     // One failure, one box; only that the camera's start set could not be found is not told.
@@ -478,7 +250,7 @@ void tst_FaultMatrix::road()
 
     // The editor is as it was before, or as it was started.
     const Rig::Seen seen = rig.look();
-    const Rig::Seen& wanted = end == Road::Default ? m_started : before;
+    const Rig::Seen& wanted = end == Road::Default ? rig.started : before;
     QCOMPARE(seen.controls, wanted.controls);
     QVERIFY(seen.picture == wanted.picture);
 
@@ -493,7 +265,7 @@ void tst_FaultMatrix::road()
     step(editor);
     QCOMPARE(editor.takeBoxes(), QStringList());
     QVERIFY(rig.bracketsAreClosed());
-    QVERIFY(rig.table() == (end == Road::Default ? m_startedAndStepped : m_preparedAndStepped));
+    QVERIFY(rig.table() == (end == Road::Default ? rig.startedAndStepped : rig.preparedAndStepped));
     QCOMPARE(rig.contradiction(), QString());
     if (way == 0) // a file dialog is slow, and another way to fail leaves no other table
         QVERIFY(rig.savedTable() == rig.table());
@@ -502,13 +274,13 @@ void tst_FaultMatrix::road()
 // A camera without a table is left alone once the plug-in has started.
 void tst_FaultMatrix::withoutLut()
 {
-    useRig(kNoLut);
+    Rig& rig = useRig(kNoLut);
     for (const Road& road : m_roads) {
-        prepare(*m_rig->editor);
-        const auto accesses = m_rig->accessesOf([&] { road.act(*m_rig->editor); });
+        prepare(*rig.editor);
+        const auto accesses = accessesOf(rig, [&] { road.act(*rig.editor); });
         QVERIFY2(accesses.empty(), road.name);
     }
-    QCOMPARE(m_rig->editor->boxes, QStringList());
+    QCOMPARE(rig.editor->boxes, QStringList());
 }
 
 int main(int argc, char** argv)
