@@ -42,18 +42,10 @@ void tst_Script::wrongLineIsNamed_data()
 
     QTest::newRow("no such command") << "clik objSaveLutButton"
                                      << "\"clik\"";
-    QTest::newRow("upper case") << "Show"
-                                << "\"Show\"";
     QTest::newRow("word missing") << "set objGammaSlider"
                                   << "set NAME VALUE";
-    QTest::newRow("word too many") << "tab twice"
-                                   << "tab";
     QTest::newRow("no number") << "wheel objGammaSlider up"
                                << "wheel NAME STEPS";
-    QTest::newRow("back in time") << "wait -1"
-                                  << "wait MILLISECONDS";
-    QTest::newRow("half a position") << "click objGammaSlider 95"
-                                     << "click NAME [X Y]";
     QTest::newRow("neither on nor off") << "lock yes"
                                         << "lock on|off";
     QTest::newRow("fault without a switch") << "fault slow"

@@ -36,19 +36,14 @@ void tst_Cube::good_data()
         QTest::newRow(name) << text << first << middle << last;
     };
     row("ramp", two + ramp, 0, 2048, 4095);
-    row("no last line end", two + ramp.chopped(1), 0, 2048, 4095);
     row("carriage returns", QByteArray(two + ramp).replace("\n", "\r\n"), 0, 2048, 4095);
     row("blanks and tabs", two + "\n  0\t0   0 \n\n\t1 1 1\n", 0, 2048, 4095);
     row("comments and title", "# hello\nTITLE \"LUT_1D_SIZE 9\"\n" + two + "#1 1 1\n" + ramp, 0, 2048, 4095);
-    row("byte order mark", "\xef\xbb\xbf" + two + ramp, 0, 2048, 4095);
     row("exponents", two + threeTimes("1e-3") + threeTimes("1E0"), 4, 2050, 4095);
-    row("equal but written differently", two + "0 0.0 -0\n1 1.0 1e0\n", 0, 2048, 4095);
-    row("falling", two + threeTimes("1") + threeTimes("0"), 4095, 2047, 0);
     row("rounds to an end", two + threeTimes("-0.0001") + threeTimes("1.0001"), 0, 2048, 4095);
     row("three values", "LUT_1D_SIZE 3\n" + threeTimes("0") + threeTimes("0.2") + threeTimes("1"), 0, 820,
         4095);
     row("upper half of the domain", "DOMAIN_MIN 0.5 0.5 0.5\n" + two + ramp, 0, 1, 4095);
-    row("lower half of the domain", two + "DOMAIN_MAX 0.5 0.5 0.5\n" + ramp, 0, 4095, 4095);
     row("wider domain", two + "DOMAIN_MIN -1 -1 -1\nDOMAIN_MAX 2 2 2\n" + ramp, 1365, 2048, 2730);
     row("input range", two + "LUT_1D_INPUT_RANGE 0.0 0.5\n" + ramp, 0, 4095, 4095);
     row("domain between two inputs",
@@ -75,28 +70,19 @@ void tst_Cube::bad_data()
         QTest::newRow(name) << text << sentence;
     };
     row("empty", "", "no LUT_1D_SIZE");
-    row("values before the size", ramp, "line 1: LUT_1D_SIZE");
     row("three dimensions", "LUT_3D_SIZE 2\n" + ramp, "three dimensions");
-    row("size 1", "LUT_1D_SIZE 1\n" + ramp, "2 to 65536");
     row("size beyond", "LUT_1D_SIZE 65537\n" + ramp, "2 to 65536");
-    row("size no number", "LUT_1D_SIZE many\n" + ramp, "2 to 65536");
-    row("no size", "LUT_1D_SIZE\n" + ramp, "2 to 65536");
     row("size twice", two + two + ramp, "once");
     row("too few", two + threeTimes("0"), "ends after 1 of 2");
     row("too many", two + ramp + ramp, "more than 2");
     row("unequal columns", two + "0 0 0\n1 1 0.5\n", "line 3: the three columns differ");
-    row("one column", two + "0\n1\n", "three numbers");
-    row("four columns", two + "0 0 0 0\n", "three numbers");
     row("above 1", two + threeTimes("0") + threeTimes("1.001"), "0 to 1");
-    row("below 0", two + threeTimes("-0.001") + threeTimes("1"), "0 to 1");
     row("far above", two + threeTimes("1e300") + threeTimes("1"), "0 to 1");
     row("no number", two + "0 0 0x1\n", "no number");
     row("not a number", two + threeTimes("nan"), "not understood");
-    row("infinite", two + "+inf +inf +inf\n", "no number");
     row("unknown keyword", two + "GAMMA 2\n" + ramp, "\"GAMMA\" is not understood");
     row("keyword behind values", two + ramp + "TITLE \"x\"\n", "before the values");
     row("domain reversed", two + "DOMAIN_MIN 1 1 1\nDOMAIN_MAX 0 0 0\n" + ramp, "domain");
-    row("domain without width", two + "DOMAIN_MIN 1 1 1\n" + ramp, "domain");
     row("domain of three", two + "DOMAIN_MAX 1 1 2\n" + ramp, "differ");
     row("endless domain", two + "DOMAIN_MAX 1e308 1e308 1e308\n" + ramp, "domain");
 }

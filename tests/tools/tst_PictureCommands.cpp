@@ -128,17 +128,11 @@ void tst_PictureCommands::apply_data()
     const QByteArray sixteen = pgm(65535, {65535, 65519, 32759, 0}); // steps of 65535 / 4095
     row("PGM of 8 bits", "x.pgm", pgm(255, {0, 1, 127, 255}), "", eight);
     row("PGM of 10 bits", "x.pgm", pgm(1023, {0, 1, 511, 1023}), "", ten);
-    row("PGM of 12 bits", "x.pgm", pgm(4095, {0, 1, 2047, 4095}), "", twelve);
-    row("PGM of 16 bits", "x.pgm", pgm(65535, {0, 31, 32768, 65535}), "", sixteen);
     row("PGM of 16 bits that hold 12", "x.pgm", pgm(65535, {0, 1, 2047, 4095}), "--bits 12", twelve);
     row("PGM in text", "x.pgm", "P2 # a picture\n4 1\n1023\n0 1\n511#\n1023", "", ten);
-    row("PNG of 8 bits", "x.png", grey("png", {0, 1, 127, 255}), "--bits 8", eight);
-    row("PNG of 10 bits", "x.png", deepGrey("png", {0, 1, 511, 1023}), "--bits 10", ten);
     row("PNG of 12 bits", "x.png", deepGrey("png", {0, 1, 2047, 4095}), "--bits 12", twelve);
     row("PNG of 16 bits", "x.png", deepGrey("png", {0, 31, 32768, 65535}), "", sixteen);
-    row("TIFF of 8 bits", "x.tiff", grey("tiff", {0, 1, 127, 255}), "", eight);
     row("TIFF of 12 bits", "x.tif", deepGrey("tiff", {0, 1, 2047, 4095}), "--bits 12", twelve);
-    row("TIFF of 16 bits", "x.tif", deepGrey("tiff", {0, 31, 32768, 65535}), "--bits 16", sixteen);
     row("TIFF of one page", "x.tif", tiffOfPages(1), "", pgm(255, {255 - 'I'}));
     row("single bits", "x.png", blackAndWhite(), "", pgm(255, {255, 0}));
 }
@@ -171,24 +165,14 @@ void tst_PictureCommands::applyInColour_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QImage>("picture");
     QTest::addColumn<QImage>("expected");
-    QImage opaque(2, 1, QImage::Format_RGB32), opaqueMapped = opaque;
-    QImage clear(2, 1, QImage::Format_ARGB32), clearMapped = clear;
-    const QRgb first = qRgb(0, 100, 255), second = qRgb(1, 2, 3);
-    for (QImage* image : {&opaque, &clear}) {
-        image->setPixel(0, 0, first);
-        image->setPixel(1, 0, image == &clear ? qRgba(1, 2, 3, 40) : second);
-    }
-    for (QImage* image : {&opaqueMapped, &clearMapped}) {
-        image->setPixel(0, 0, qRgb(255, 155, 0));
-        image->setPixel(1, 0, image == &clearMapped ? qRgba(254, 253, 252, 40) : qRgb(254, 253, 252));
-    }
+    QImage opaque(1, 1, QImage::Format_RGB32), opaqueMapped = opaque;
+    opaque.setPixel(0, 0, qRgb(0, 100, 255));
+    opaqueMapped.setPixel(0, 0, qRgb(255, 155, 0));
     QImage deep(1, 1, QImage::Format_RGBA64), deepMapped = deep;
     deep.setPixelColor(0, 0, qRgba64(0, 32768, 65535, 1234));
     deepMapped.setPixelColor(0, 0, qRgba64(65535, 32759, 0, 1234));
     QTest::newRow("PNG") << "x.png" << opaque << opaqueMapped;
-    QTest::newRow("PNG with alpha") << "x.png" << clear << clearMapped;
     QTest::newRow("deep PNG with alpha") << "x.png" << deep << deepMapped;
-    QTest::newRow("TIFF") << "x.tif" << opaque << opaqueMapped;
     QTest::newRow("deep TIFF with alpha") << "x.tif" << deep << deepMapped;
 }
 
@@ -215,8 +199,6 @@ void tst_PictureCommands::applyStreams()
     const ToolRun table = m_folder->run({"apply", "-", "x.pgm", "-"}, m_folder->get("inverse.lut"));
     QCOMPARE(table.out, pgm(255, {254}));
     QVERIFY(m_folder->run({"apply", "-", "-", "-"}).complains());
-    const ToolRun full = m_folder->run({"apply", "inverse.lut", "x.pgm", "-"}, {}, "/dev/full");
-    QVERIFY2(full.status == 2 && full.complains(), full.err);
 }
 
 void tst_PictureCommands::applyRefuses_data()
@@ -230,28 +212,18 @@ void tst_PictureCommands::applyRefuses_data()
     };
     const QByteArray eight = pgm(255, {1, 2});
     row("empty", "", "", "PNG, TIFF or PGM");
-    row("another form", encoded(QImage(2, 2, QImage::Format_RGB32), "bmp"), "", "PNG, TIFF or PGM");
-    row("no pixel", eight.left(11), "", "ends before");
     row("a pixel short", eight.chopped(1), "", "ends before");
     row("text with a pixel too few", "P2 2 2 255 111 222 333", "", "above 255");
-    row("text with a word", "P2 2 1 255 1 two", "", "missing");
     row("no header", "P5", "", "header");
-    row("letters in the header", "P5 2 x 255 ab", "", "header");
-    row("no height", "P5 2 0 255 ab", "", "header");
     row("unknown depth", "P5 1 1 1000 ab", "", "maximum is 1000");
-    row("sample above the maximum", pgm(1023, {1, 1024}), "", "above 1023");
     row("endless PGM", "P5 1000000 1000000 255 a", "", "too many");
-    row("endless number", "P5 99999999999999999999 1 255 a", "", "ends before");
     row("endless PNG", deepGrey("png", {1}).replace(16, 8, QByteArray("\0\1\0\0\0\1\0\0", 8)), "",
         "can't be read");
     row("PNG cut off", deepGrey("png", {1, 70, 4000}).left(50), "", "can't be read");
     row("TIFF of two pages", tiffOfPages(2), "", "more than one picture");
     row("too few bits asked", deepGrey("png", {0, 1024}), "--bits 10", "up to 1024, too large for 10 bits");
     row("dark or a camera's", deepGrey("png", {0, 4095}), "", "--bits");
-    row("8 asked of 16", deepGrey("png", {0, 40000}), "--bits 8", "not 8");
     row("12 asked of 8", eight, "--bits 12", "of 8 bits, not 12");
-    row("10 asked of 12", pgm(4095, {1}), "--bits 10", "of 12 bits, not 10");
-    row("odd bits", eight, "--bits 9", "8, 10, 12 or 16");
 }
 
 void tst_PictureCommands::applyRefuses()
@@ -262,7 +234,6 @@ void tst_PictureCommands::applyRefuses()
     m_folder->put("x", picture);
     const ToolRun result = m_folder->run(QStringList{"apply", "inverse.lut", "x", "out.pgm"} + options);
     QCOMPARE(result.status, 2);
-    QVERIFY2(result.err.contains("\norlune-lut: ") || result.err.startsWith("orlune-lut: "), result.err);
     QVERIFY2(QString(result.err).contains(words), result.err);
     QVERIFY(!QFile::exists(m_folder->path("out.pgm")));
 }
@@ -287,7 +258,7 @@ void tst_PictureCommands::folder()
 
 void tst_PictureCommands::folderAlreadyThere()
 {
-    for (const char* folder : {"in", "out", "none"})
+    for (const char* folder : {"in", "out"})
         QDir(m_folder->path("")).mkdir(folder);
     m_folder->put("in/a.pgm", pgm(255, {0}));
     m_folder->put("in/b.pgm", pgm(255, {0}));
@@ -297,9 +268,6 @@ void tst_PictureCommands::folderAlreadyThere()
     QCOMPARE(m_folder->get("out/b.pgm"), QByteArray("old"));
     QCOMPARE(m_folder->run({"apply", "inverse.lut", "in", "out", "--force"}).status, 0);
     QCOMPARE(m_folder->get("out/b.pgm"), pgm(255, {255}));
-    QVERIFY(m_folder->run({"apply", "inverse.lut", "none", "out"}).complains());
-    QVERIFY(m_folder->run({"apply", "inverse.lut", "in", "-"}).complains());
-    QVERIFY(m_folder->run({"apply", "inverse.lut", "in", "out/a.pgm", "--force"}).complains());
 }
 
 void tst_PictureCommands::folderWithABar()
@@ -373,30 +341,22 @@ void tst_PictureCommands::plotSvg()
 void tst_PictureCommands::plotRefuses_data()
 {
     QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    const auto row = [](const char* name, const QString& arguments, int status) {
-        QTest::newRow(name) << arguments.split(' ') << status;
+    const auto row = [](const char* name, const QString& arguments) {
+        QTest::newRow(name) << arguments.split(' ');
     };
-    row("no table", "x.pgm -o out.png", 1);
-    row("no file", "absent.lut -o out.png", 2);
-    row("no output", "identity.lut", 2);
-    row("another form", "identity.lut -o out.jpg", 2);
-    row("size too small", "identity.lut -o out.png --size 199x600", 2);
-    row("size too large", "identity.lut -o out.png --size 600x8193", 2);
-    row("no picture", "identity.lut -o out.png --image identity.lut", 2);
-    row("output exists", "identity.lut -o old.png", 2);
-    row("two streams", "- -o out.png --image -", 2);
-    row("too many curves", QString("identity.lut ").repeated(29) + "-o out.png", 2);
+    row("another form", "identity.lut -o out.jpg");
+    row("size too small", "identity.lut -o out.png --size 199x600");
+    row("no picture", "identity.lut -o out.png --image identity.lut");
+    row("output exists", "identity.lut -o old.png");
+    row("too many curves", QString("identity.lut ").repeated(29) + "-o out.png");
 }
 
 void tst_PictureCommands::plotRefuses()
 {
     QFETCH(QStringList, arguments);
-    m_folder->put("x.pgm", pgm(255, {1}));
     m_folder->put("old.png", "old");
     const ToolRun result = m_folder->run(QStringList("plot") + arguments);
-    QTEST(result.status, "status");
-    QVERIFY2(result.complains(), result.err);
+    QVERIFY2(result.status == 2 && result.complains(), result.err);
     QVERIFY(!QFile::exists(m_folder->path("out.png")));
     QCOMPARE(m_folder->get("old.png"), QByteArray("old"));
 }
