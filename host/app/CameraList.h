@@ -1,5 +1,5 @@
-// The cameras that the viewer can open, by key: the simulated ones, and real ones as "aravis:ADDRESS" with an address as
-// host/aravis/AravisCameras.h takes it.
+// The cameras that the viewer can open, by key: the simulated ones, and real ones as "aravis:ADDRESS" with an
+// address as host/aravis/AravisCameras.h takes it.
 #ifndef ORLUNE_HOST_APP_CAMERALIST_H
 #define ORLUNE_HOST_APP_CAMERALIST_H
 

@@ -56,7 +56,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QDir& dir
     QCommandLineParser parser;
     parser.setApplicationDescription("A camera viewer that loads the Orlune plug-in.");
     const QCommandLineOption help({"h", "help"}, "Prints this help.");
-    parser.addOptions({camera, list, lutBytes, language, plugin, frames, pixelFormat, size, state, script, help});
+    parser.addOptions(
+        {camera, list, lutBytes, language, plugin, frames, pixelFormat, size, state, script, help});
     const QCommandLineOption version = parser.addVersionOption();
 
     if (!parser.parse(arguments))
@@ -94,7 +95,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QDir& dir
     options.scriptFile = path(script);
 
     if (parser.isSet(camera) && !cameraEntry(options.camera.camera))
-        return wrong(QString("There is no camera \"%1\"; there are %2.").arg(options.camera.camera, cameraKeys()));
+        return wrong(
+            QString("There is no camera \"%1\"; there are %2.").arg(options.camera.camera, cameraKeys()));
     for (const QCommandLineOption& option : {lutBytes, frames, state}) {
         if (isRealCamera(options.camera.camera) && parser.isSet(option))
             return wrong(QString("--%1 is for simulated cameras.").arg(option.names().constFirst()));

@@ -278,8 +278,10 @@ void MainWindow::connectSession()
         m_editorAction->setEnabled(code == 0);
         m_editorAction->setChecked(false);
         m_editorPlaced = false;
+        m_pluginProblem =
+            code == 0 ? QString() : tr("The plug-in did not start: %1 (%2)").arg(text).arg(code);
         if (code != 0)
-            log(tr("The plug-in did not start: %1 (%2)").arg(text).arg(code));
+            log(m_pluginProblem);
     });
 }
 
@@ -394,7 +396,8 @@ void MainWindow::searchRealCameras()
         return;
     m_search = std::async(std::launch::async, [this] {
         const FoundCameras found = findRealCameras();
-        QMetaObject::invokeMethod(this, [this, found] { showRealCameras(found); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, found] { showRealCameras(found); }, Qt::QueuedConnection);
     });
 }
 
@@ -412,6 +415,8 @@ void MainWindow::showRealCameras(const FoundCameras& found)
 
 void MainWindow::showEditor()
 {
+    if (!m_pluginProblem.isEmpty())
+        QMessageBox::warning(this, tr("Plug-in"), m_pluginProblem);
     placeEditor();
     m_session.sendToPlugin(MSG_SHOW_DIALOG);
 }

@@ -31,11 +31,11 @@ public:
     MainWindow(const PluginModule& module, bool chinese, QSettings* settings);
     ~MainWindow() override;
 
-    // Replaces the camera, with a new plug-in object; the real camera that is open already is reconnected. Empty, or
-    // one sentence that says why the old one stays.
+    // Replaces the camera, with a new plug-in object; the real camera that is open already is reconnected.
+    // Empty, or one sentence that says why the old one stays.
     QString openCamera(CameraRequest request);
-    // Opens the connection to the camera anew; the plug-in goes on as it is. Empty, or one sentence that says why the
-    // camera is lost.
+    // Opens the connection to the camera anew; the plug-in goes on as it is. Empty, or one sentence that says
+    // why the camera is lost.
     QString reconnect();
     // Lets the camera look at something else, as --frames takes it. Empty, or one sentence that says why not.
     QString setScene(const QString& scene);
@@ -44,7 +44,7 @@ public:
 
     Session& session() { return m_session; }
 
-    void showEditor();
+    void showEditor(); // or a box that says why there is none
     void hideEditor();
 
 protected:
@@ -104,6 +104,7 @@ private:
     QAction* m_lockAction;
     QAction* m_editorAction;
 
+    QString m_pluginProblem; // why no plug-in runs; empty while one does
     Colours m_colours = Colours::Light;
     QTimer m_rateTimer;
     QElapsedTimer m_rateClock;

@@ -30,6 +30,7 @@ enum class Verb {
     Reconnect,
     Plugin,
     Scene,
+    Choose,
     Screenshot,
     Wait,
     Quit

@@ -111,6 +111,7 @@ int main(int argc, char* argv[])
     QApplication app(qtArguments, argv);
     QApplication::setOrganizationName("Orlune");
     QApplication::setApplicationName("orlune-host");
+    QApplication::setDesktopFileName("org.orlune.Host");
 
     const QDir directory = QDir::current();
     const host::ParsedCommandLine parsed = host::parseCommandLine(arguments, directory);

@@ -14,7 +14,8 @@ using namespace std::chrono_literals;
 constexpr std::chrono::milliseconds kClosePatience = 500ms;
 
 // The exception's text, or an empty one when call throws nothing.
-template <class Call> QString failureOf(Call call)
+template <class Call>
+QString failureOf(Call call)
 {
     try {
         call();
@@ -89,7 +90,8 @@ QString AravisCamera::connectCamera()
     const QString failure = failureOf([this] {
         if (!m_request.pixelFormat.isEmpty()) {
             m_connection.control("PixelFormat", [this](ArvCamera* camera, GError** error) {
-                arv_camera_set_pixel_format_from_string(camera, m_request.pixelFormat.toUtf8().constData(), error);
+                arv_camera_set_pixel_format_from_string(camera, m_request.pixelFormat.toUtf8().constData(),
+                                                        error);
             });
         }
         if (m_request.size.isValid()) {
@@ -120,7 +122,8 @@ QString AravisCamera::startStream()
         return {};
     const QString failure = failureOf([this] {
         m_connection.control("PixelFormat", checkPixelFormat);
-        m_connection.control("stream", [this](ArvCamera* camera, GError** error) { m_grabber.prepare(camera, error); });
+        m_connection.control("stream",
+                             [this](ArvCamera* camera, GError** error) { m_grabber.prepare(camera, error); });
         m_grabber.start(m_sink);
         updateLock();
         m_connection.control("AcquisitionStart", arv_camera_start_acquisition);
@@ -160,7 +163,8 @@ void AravisCamera::onLoss()
         return; // that was another connection's
     stopStream();
     m_connection.close(m_grabber.takeStream());
-    emit lost(tr("The camera %1 is lost: it does not answer, or another program has taken it over.").arg(name()));
+    emit lost(
+        tr("The camera %1 is lost: it does not answer, or another program has taken it over.").arg(name()));
 }
 
 QString AravisCamera::reconnect()
@@ -199,9 +203,8 @@ QByteArray AravisCamera::userSetBytes(QString* error)
 
 QString AravisCamera::pokeRegister(const QByteArray& bytes)
 {
-    return failureOf([&] {
-        m_nodes->lut().poke(reinterpret_cast<const std::uint8_t*>(bytes.constData()), bytes.size());
-    });
+    return failureOf(
+        [&] { m_nodes->lut().poke(reinterpret_cast<const std::uint8_t*>(bytes.constData()), bytes.size()); });
 }
 
 QString AravisCamera::setLocked(bool on)

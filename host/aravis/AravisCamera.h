@@ -56,7 +56,10 @@ private:
             GenICam_3_0::gcstring GetName(bool) const override { return "DeviceDisplayName"; }
             GenApi_3_0::EAccessMode GetAccessMode() const override { return GenApi_3_0::RO; }
             void SetValue(const GenICam_3_0::gcstring&, bool) override;
-            GenICam_3_0::gcstring GetValue(bool, bool) override { return m_camera.name().toUtf8().constData(); }
+            GenICam_3_0::gcstring GetValue(bool, bool) override
+            {
+                return m_camera.name().toUtf8().constData();
+            }
 
         private:
             const AravisCamera& m_camera;

@@ -54,7 +54,8 @@ ArvGcPropertyNode* property(ArvGcFeatureNode* node, std::initializer_list<ArvGcP
     return nullptr;
 }
 
-// A command's register holds the command's value until the camera is done. One that cannot be read tells nothing.
+// A command's register holds the command's value until the camera is done. One that cannot be read tells
+// nothing.
 bool isDone(ArvGcFeatureNode* command, GError** error)
 {
     ArvGcPropertyNode* const value = property(command, {ARV_GC_PROPERTY_NODE_TYPE_P_VALUE});
@@ -212,7 +213,8 @@ void AravisRegister::poke(const std::uint8_t* buffer, std::int64_t length)
         const guint64 address = arv_gc_register_get_address(ARV_GC_REGISTER(node), error);
         ArvDevice* const device = arv_gc_get_device(arv_gc_node_get_genicam(ARV_GC_NODE(node)));
         if (!*error)
-            arv_device_write_memory(device, address, guint32(length), const_cast<std::uint8_t*>(buffer), error);
+            arv_device_write_memory(device, address, guint32(length), const_cast<std::uint8_t*>(buffer),
+                                    error);
     });
 }
 

@@ -1,8 +1,8 @@
 // Aravis' nodes under the interfaces of genapi/GenApi.h, found by name at each access.
 //
-// Aravis asks the camera for every value and keeps no access mode: here a write with Verify asks first whether the
-// node is implemented, available and not locked, and a register is moved in its whole length or not at all. Every
-// call but GetName throws as Connection::access does.
+// Aravis asks the camera for every value and keeps no access mode: here a write with Verify asks first
+// whether the node is implemented, available and not locked, and a register is moved in its whole length or
+// not at all. Every call but GetName throws as Connection::access does.
 #ifndef ORLUNE_HOST_ARAVIS_ARAVISNODES_H
 #define ORLUNE_HOST_ARAVIS_ARAVISNODES_H
 
@@ -29,9 +29,14 @@ public:
 
 protected:
     // call(ArvGcFeatureNode*, GError**)
-    template <class Call> auto read(Call call) const { return m_connection.access(m_name, m_type, call); }
+    template <class Call>
+    auto read(Call call) const
+    {
+        return m_connection.access(m_name, m_type, call);
+    }
     // The same after the check that Verify asks for.
-    template <class Call> void write(bool verify, Call call) const
+    template <class Call>
+    void write(bool verify, Call call) const
     {
         if (verify)
             checkWritable();
@@ -113,7 +118,8 @@ public:
     static constexpr char kLut[] = "LUTValueAll";
     static constexpr char kLock[] = "TLParamsLocked";
 
-    // afterLutWrite is called with the number of bytes after each write to the LUT register. A connected camera.
+    // afterLutWrite is called with the number of bytes after each write to the LUT register. A connected
+    // camera.
     AravisNodeMap(Connection& connection, std::function<void(int)> afterLutWrite);
 
     // Throws a GenericException when the camera is lost.

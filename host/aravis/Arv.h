@@ -18,7 +18,8 @@ struct Unref
 };
 
 // One reference to a GObject.
-template <class Object> using Held = std::unique_ptr<Object, Unref>;
+template <class Object>
+using Held = std::unique_ptr<Object, Unref>;
 
 // Receives the failure of one call.
 class ArvError

@@ -77,7 +77,8 @@ QString Connection::open(const QString& address)
         return openFailure(address, failure);
     }
     QStringList inscription;
-    for (const auto part : {arv_camera_get_vendor_name, arv_camera_get_model_name, arv_camera_get_device_serial_number})
+    for (const auto part :
+         {arv_camera_get_vendor_name, arv_camera_get_model_name, arv_camera_get_device_serial_number})
         inscription += QString::fromUtf8(part(m_camera.get(), nullptr));
     inscription.removeAll({});
     m_inscription = inscription.join(QLatin1Char(' '));

@@ -1,8 +1,8 @@
 // The connection to one camera: Aravis' device, the one door to its nodes, and the knowledge of its loss.
 //
-// A camera that has gone costs Aravis 2.5 to 5 seconds an access, and as much again to close. So the first access
-// that times out marks the connection as lost, every later one fails at once, and a device is closed on a thread
-// of its own.
+// A camera that has gone costs Aravis 2.5 to 5 seconds an access, and as much again to close. So the first
+// access that times out marks the connection as lost, every later one fails at once, and a device is closed
+// on a thread of its own.
 //
 // Thread: the GUI thread, so that one access at a time reaches the device.
 #ifndef ORLUNE_HOST_ARAVIS_CONNECTION_H
@@ -31,8 +31,8 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    // Takes control of the camera of an address as openAravisCamera takes it. Empty, or one sentence that says why
-    // not. Closed before.
+    // Takes control of the camera of an address as openAravisCamera takes it. Empty, or one sentence that
+    // says why not. Closed before.
     QString open(const QString& address);
 
     // Gives the camera up, and a stream of its before it. Does not wait for the camera.
@@ -51,17 +51,21 @@ public:
     // The type of the camera's node of that name; G_TYPE_INVALID when it has none. Throws as access does.
     GType typeOf(const std::string& node) const;
 
-    // One access to a node of that name and type: call(ArvGcFeatureNode*, GError**). Throws a GenericException
-    // with the node's name and Aravis' text when it fails, and with "camera lost" from the loss on.
-    template <class Call> auto access(const std::string& node, GType type, Call call) const
+    // One access to a node of that name and type: call(ArvGcFeatureNode*, GError**). Throws a
+    // GenericException with the node's name and Aravis' text when it fails, and with "camera lost" from the
+    // loss on.
+    template <class Call>
+    auto access(const std::string& node, GType type, Call call) const
     {
         checkPresence(node);
         ArvGcFeatureNode* const found = find(node, type);
         return checked(node, [&](GError** error) { return call(found, error); });
     }
 
-    // The same for an operation on the camera as a whole, named for the exception: call(ArvCamera*, GError**).
-    template <class Call> auto control(const std::string& operation, Call call) const
+    // The same for an operation on the camera as a whole, named for the exception: call(ArvCamera*,
+    // GError**).
+    template <class Call>
+    auto control(const std::string& operation, Call call) const
     {
         checkPresence(operation);
         return checked(operation, [&](GError** error) { return call(m_camera.get(), error); });
@@ -78,7 +82,8 @@ private:
         std::function<void()> onLoss; // guarded by mutex; empty when nobody listens any more
     };
 
-    template <class Call> auto checked(const std::string& what, Call call) const
+    template <class Call>
+    auto checked(const std::string& what, Call call) const
     {
         ArvError error;
         if constexpr (std::is_void_v<decltype(call(error.out()))>) {

@@ -1,5 +1,5 @@
-// USB3 Vision cameras that are plugged in and may not be opened by this user. Aravis does not see them: it has to
-// open a device to learn its name.
+// USB3 Vision cameras that are plugged in and may not be opened by this user. Aravis does not see them: it
+// has to open a device to learn its name.
 #ifndef ORLUNE_HOST_ARAVIS_USBACCESS_H
 #define ORLUNE_HOST_ARAVIS_USBACCESS_H
 

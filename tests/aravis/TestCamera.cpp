@@ -73,7 +73,8 @@ private:
     std::vector<unsigned char> m_saved = std::vector<unsigned char>(kMaxLutBytes);
 };
 
-// Code x + 3 y, cut to the format's depth. A line of 16-bit words begins with one that is too high for any format.
+// Code x + 3 y, cut to the format's depth. A line of 16-bit words begins with one that is too high for any
+// format.
 void fillFrame(ArvBuffer* buffer, void*, guint32, guint32, ArvPixelFormat format)
 {
     std::size_t size = 0;

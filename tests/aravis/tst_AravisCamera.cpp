@@ -1,4 +1,5 @@
-// The adapter over Aravis, through the GigE Vision protocol: nodes, transfers, frames, and a camera that goes.
+// The adapter over Aravis, through the GigE Vision protocol: nodes, transfers, frames, and a camera that
+// goes.
 #include <atomic>
 #include <csignal>
 #include <mutex>
@@ -17,7 +18,8 @@ namespace {
 const QString kAddress = QStringLiteral("127.0.0.1");
 constexpr int kLostPatience = 1000; // milliseconds; less than one timeout of the transport
 
-template <class Interface> Interface& as(host::Camera& camera, const char* node)
+template <class Interface>
+Interface& as(host::Camera& camera, const char* node)
 {
     auto* found = dynamic_cast<Interface*>(camera.remoteNodeMap()->GetNode(node));
     if (!found)
@@ -26,7 +28,8 @@ template <class Interface> Interface& as(host::Camera& camera, const char* node)
 }
 
 // The exception's text; empty when there was none.
-template <class Call> QString failureOf(Call call)
+template <class Call>
+QString failureOf(Call call)
 {
     try {
         call();
@@ -99,7 +102,8 @@ private:
 
 void tst_AravisCamera::nodeTypes_data()
 {
-    QTest::addColumn<QString>("interfaces"); // i integer, b boolean, s string, c command, e enumeration, r register
+    QTest::addColumn<QString>(
+        "interfaces"); // i integer, b boolean, s string, c command, e enumeration, r register
     const auto row = [](const char* node, const char* interfaces) { QTest::newRow(node) << interfaces; };
     row("LUTValueAll", "r");
     row("LUTSelector", "e");
@@ -401,7 +405,8 @@ void tst_AravisCamera::noCamera_data()
     QTest::addColumn<QString>("format");
     QTest::addColumn<QString>("named");
     QTest::newRow("no camera") << QString() << "No camera answers at 127.0.0.1.";
-    QTest::newRow("unknown pixel format") << "Mono13" << "Mono13";
+    QTest::newRow("unknown pixel format") << "Mono13"
+                                          << "Mono13";
 }
 
 void tst_AravisCamera::noCamera()

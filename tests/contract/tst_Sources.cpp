@@ -6,9 +6,6 @@
 
 namespace {
 
-const char* const kRadios[] = {"objInitLutRadioButton", "objDeviceLutRadioButton", "objLutFileRadioButton",
-                               "objCSVFileRadioButton", "objDefaultRadioButton"};
-enum Source { Standard, Device, LutFile, Csv, Default };
 const char* const kEdits[] = {"objGammaLineEdit", "objBrightnessLineEdit", "objContrastLineEdit",
                               "objLutRangeMinEdit", "objLutRangeMaxEdit"};
 const QString kUntouched = "100 0 0 0 4095";
@@ -494,7 +491,8 @@ void tst_Sources::trailerBeyondLimits()
                                     {INT_MIN, INT_MAX, INT_MIN, INT_MIN, INT_MAX},
                                     {-1, 0, 0, INT_MAX, INT_MIN}};
     for (const auto& settings : wild) {
-        const QByteArray content = stamped(image([](int i) { return i * 1000003; }), settings, "negative");
+        const QByteArray content =
+            stamped(image([](int i) { return int(unsigned(i) * 1000003u); }), settings, "negative");
         WorkingDirectory::writeBytes(directory.path("wild.lut"), content);
         host.fileAnswers << directory.path("wild.lut");
         host.click("objLutFileRadioButton");
