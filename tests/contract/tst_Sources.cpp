@@ -494,7 +494,8 @@ void tst_Sources::trailerBeyondLimits()
                                     {INT_MIN, INT_MAX, INT_MIN, INT_MIN, INT_MAX},
                                     {-1, 0, 0, INT_MAX, INT_MIN}};
     for (const auto& settings : wild) {
-        const QByteArray content = stamped(image([](int i) { return i * 1000003; }), settings, "negative");
+        const QByteArray content =
+            stamped(image([](int i) { return int(unsigned(i) * 1000003); }), settings, "negative");
         WorkingDirectory::writeBytes(directory.path("wild.lut"), content);
         host.fileAnswers << directory.path("wild.lut");
         host.click("objLutFileRadioButton");
