@@ -12,7 +12,7 @@ run:
 
 test:
 	scripts/setup test
-	cmake --preset $(PRESET) -DORLUNE_TESTS=ON
+	cmake --preset $(PRESET) -DORLUNE_TESTS=ON -DORLUNE_BENCH=OFF
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
 

@@ -44,14 +44,14 @@ struct SupportedSet
 
 const SupportedSet kSets[] = {
 #ifdef ORLUNE_VECTOR_LOOPS
-    {{"AVX-512 VBMI", MapVbmi8, MapVbmi16},
+    {{"AVX-512 VBMI", Map8Vbmi, Map16Vbmi},
      [] {
          return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
                 __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi");
      }},
-    {{"AVX2", MapAvx2x8, MapAvx2x16}, [] { return __builtin_cpu_supports("avx2") != 0; }},
+    {{"AVX2", Map8Avx2, Map16Baseline}, [] { return __builtin_cpu_supports("avx2") != 0; }},
 #endif
-    {{"baseline", MapBaseline8, MapBaseline16}, [] { return true; }},
+    {{"baseline", Map8Baseline, Map16Baseline}, [] { return true; }},
 };
 
 // The number of pixels, or 0 for a frame that can't be mapped.

@@ -13,15 +13,13 @@ namespace orlune {
 
 constexpr int kMaxFrameTable = 4096;
 
-void MapBaseline8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
-void MapBaseline16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
+void Map8Baseline(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
+void Map16Baseline(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
                    int entries);
 #ifdef ORLUNE_VECTOR_LOOPS
-void MapAvx2x8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
-void MapAvx2x16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
-                int entries);
-void MapVbmi8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
-void MapVbmi16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
+void Map8Avx2(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
+void Map8Vbmi(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table);
+void Map16Vbmi(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
                int entries);
 #endif
 

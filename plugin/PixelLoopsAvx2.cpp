@@ -1,6 +1,7 @@
-// AVX2: bytes by shuffles of 16-byte tables; words by pairs, since 4096 entries fit no register and gathered
-// loads are slower than scalar ones.
-#include "PairLoops.h"
+// AVX2: bytes by shuffles of 16-byte tables.
+#include <immintrin.h>
+
+#include "PixelLoops.h"
 
 namespace orlune {
 namespace {
@@ -86,19 +87,13 @@ void Map8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const R
 
 } // namespace
 
-void MapAvx2x8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table)
+void Map8Avx2(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table)
 {
     const Rows rows(table);
     if (WritesAroundCaches(src, dst, count, 1))
         Map8<true>(src, dst, count, rows);
     else
         Map8<false>(src, dst, count, rows);
-}
-
-void MapAvx2x16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
-                int entries)
-{
-    PairMap16(src, dst, count, table, entries);
 }
 
 } // namespace orlune

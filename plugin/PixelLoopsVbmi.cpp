@@ -152,19 +152,19 @@ void MapAll(const std::uint8_t* src, std::uint8_t* dst, std::size_t bytes, const
 
 } // namespace
 
-void MapVbmi8(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table)
+void Map8Vbmi(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, const std::int32_t* table)
 {
     MapAll(src, dst, count, ByteTable(table));
 }
 
-void MapVbmi16(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
+void Map16Vbmi(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
                int entries)
 {
     if (entries <= WordTable::kMaxEntries)
         MapAll(reinterpret_cast<const std::uint8_t*>(src), reinterpret_cast<std::uint8_t*>(dst), 2 * count,
                WordTable(table, entries));
     else
-        MapAvx2x16(src, dst, count, table, entries);
+        Map16Baseline(src, dst, count, table, entries);
 }
 
 } // namespace orlune

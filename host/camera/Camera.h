@@ -47,6 +47,14 @@ public:
     virtual void stopStream() = 0;
     virtual bool isStreaming() const = 0;
 
+    // Looks at something else from now on: what is "chart", "ramp", or the path of a picture or of a folder
+    // of pictures. The stream is started anew when it runs; warnings() are those of the new pictures. Empty,
+    // or why the camera goes on as before.
+    virtual QString setScene(const QString& /*what*/)
+    {
+        return tr("This camera sees what is in front of it.");
+    }
+
     // For scripts and bug reports: bytes of the LUT register, and of the stored user set's copy of it; empty
     // with a sentence in *error when there is none. pokeRegister loads bytes below the nodes, whatever their
     // locks say.

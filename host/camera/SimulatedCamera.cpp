@@ -127,8 +127,9 @@ SimulatedCamera::SimulatedCamera(const SimulatedCameraOptions& options, const Pi
                                  std::unique_ptr<FrameSource> source, QStringList warnings)
     : m_model(options.model), m_hasLut(findModel(options.model)->hasLut),
       m_hasEnable(findModel(options.model)->hasEnable), m_lutBytes(lutBytesOf(options)), m_format(format),
-      m_frameRate(options.frameRate), m_source(std::move(source)), m_warnings(std::move(warnings)),
-      m_memory(kTables + kTableCount * m_lutBytes), m_deviceMap(m_faults), m_remoteMap(m_faults),
+      m_frameRate(options.frameRate), m_frameSize(options.width, options.height), m_source(std::move(source)),
+      m_warnings(std::move(warnings)), m_memory(kTables + kTableCount * m_lutBytes), m_deviceMap(m_faults),
+      m_remoteMap(m_faults),
       m_userSets(factoryFeatures(m_lutBytes),
                  QStringLiteral("%1 with a LUT register of %2 bytes").arg(m_model).arg(m_lutBytes),
                  options.stateFile)
@@ -235,6 +236,21 @@ void SimulatedCamera::stopStream()
     m_stream.stop();
     updateLock();
     emit streamingChanged(false);
+}
+
+QString SimulatedCamera::setScene(const QString& what)
+{
+    QString error;
+    QStringList warnings;
+    auto source = FrameSource::open(what, m_frameSize, m_format, &error, &warnings);
+    if (!source) {
+        return error;
+    }
+    const bool wasStreaming = isStreaming();
+    stopStream();
+    m_source = std::move(source);
+    m_warnings = warnings;
+    return wasStreaming ? startStream() : QString();
 }
 
 void SimulatedCamera::updateLock()

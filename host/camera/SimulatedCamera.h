@@ -60,6 +60,7 @@ public:
     QString startStream() override;
     void stopStream() override;
     bool isStreaming() const override { return m_stream.isRunning(); }
+    QString setScene(const QString& what) override;
 
     // Of the table that LUTSelector chooses.
     QByteArray registerBytes(QString* error) override;
@@ -93,7 +94,8 @@ private:
     const int m_lutBytes;
     const PixelFormat& m_format;
     const double m_frameRate;
-    const std::unique_ptr<FrameSource> m_source;
+    const QSize m_frameSize;               // as asked for; a side of 0 is the first picture's
+    std::unique_ptr<FrameSource> m_source; // changed while the stream is stopped
     QStringList m_warnings;
 
     RegisterMemory m_memory;

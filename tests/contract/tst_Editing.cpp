@@ -59,7 +59,7 @@ private:
         QTest::addColumn<int>("control");
         for (const char* kind : {"lut", "enable", "none"}) {
             for (int i = 0; i < 5; ++i)
-                QTest::addRow("%s %s", kind, kControls[i].edit) << kind << i;
+                QTest::newRow(QByteArray(kind) + ' ' + kControls[i].edit) << kind << i;
         }
     }
 };
@@ -281,7 +281,7 @@ void tst_Editing::halfTyped_data()
     QTest::addColumn<QByteArray>("edit");
     QTest::addColumn<QString>("text");
     for (const Control& row : kControls)
-        QTest::addRow("empty %s", row.edit) << QByteArray(row.edit) << "";
+        QTest::newRow(QByteArray("empty ") + row.edit) << QByteArray(row.edit) << "";
     QTest::newRow("sign, brightness") << QByteArray("objBrightnessLineEdit") << "-";
     QTest::newRow("sign, contrast") << QByteArray("objContrastLineEdit") << "-";
 }

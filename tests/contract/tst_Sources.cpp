@@ -495,7 +495,7 @@ void tst_Sources::trailerBeyondLimits()
                                     {-1, 0, 0, INT_MAX, INT_MIN}};
     for (const auto& settings : wild) {
         const QByteArray content =
-            stamped(image([](int i) { return int(unsigned(i) * 1000003); }), settings, "negative");
+            stamped(image([](int i) { return int(unsigned(i) * 1000003u); }), settings, "negative");
         WorkingDirectory::writeBytes(directory.path("wild.lut"), content);
         host.fileAnswers << directory.path("wild.lut");
         host.click("objLutFileRadioButton");

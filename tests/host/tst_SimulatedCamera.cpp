@@ -124,6 +124,7 @@ private slots:
     void framesRunThroughTheTable_data();
     void framesRunThroughTheTable();
     void disabledTableLeavesFramesAlone();
+    void sceneChangesBehindTheSettings();
     void formatsAreCutToTheirDepth_data();
     void formatsAreCutToTheirDepth();
     void streamLocksTheParameters_data();
@@ -289,6 +290,26 @@ void tst_SimulatedCamera::disabledTableLeavesFramesAlone()
     QCOMPARE(pixel(firstFrame(*make("lut")), 1235), 1235);
     QCOMPARE(pixel(firstFrame(*make("lut", 8232)), 1235), 1232);
     QCOMPARE(pixel(firstFrame(*make("lut", 1064)), 1235), 1232);
+}
+
+void tst_SimulatedCamera::sceneChangesBehindTheSettings()
+{
+    const auto camera = make("lut");
+    QByteArray table = filled(7);
+    setEntry(table, 1600, 42);
+    writeTable(*camera, table);
+    QCOMPARE(camera->startStream(), QString());
+
+    QVERIFY(!camera->setScene(m_folder->filePath("nowhere")).isEmpty());
+    QVERIFY(camera->isStreaming());
+    QFile picture(m_folder->filePath("grey.pgm"));
+    QVERIFY(picture.open(QIODevice::WriteOnly));
+    picture.write("P5\n1 1\n255\n\x64"); // 100 of 255 is 1600 of 4095
+    picture.close();
+    QCOMPARE(camera->setScene(picture.fileName()), QString());
+    QVERIFY(camera->isStreaming());
+    camera->stopStream();
+    QCOMPARE(pixel(firstFrame(*camera), 1234), 42);
 }
 
 void tst_SimulatedCamera::formatsAreCutToTheirDepth_data()

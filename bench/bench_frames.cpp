@@ -1,0 +1,217 @@
+// The frame path beside its peers: memcpy, the plain loop over 32-bit entries and, for bytes, OpenCV's LUT,
+// all on one thread and the same buffers. Each iteration runs every one of them in turn, and a column is the
+// median of the iterations' ratios, so that a machine that changes its pace changes no ratio. What is timed
+// of ours begins with cutting the editor's table down to the frame's depth.
+//
+//   time/memcpy   how many times longer than a copy (less is better)
+//   plain/time    how many times faster than the plain loop
+//   LUT/time      how many times faster than OpenCV
+//
+// "memory": each run takes the next buffers of a ring larger than the caches. "warm": each run follows an
+// untimed one of its own on the same buffers.
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <numeric>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <opencv2/core.hpp>
+
+#include "plugin/FrameKernels.h"
+
+namespace {
+
+constexpr int kEditorEntries = 4096;
+constexpr std::size_t kRingBytes = std::size_t(256) << 20;
+
+struct Path
+{
+    const char* name;
+    int bits;
+    bool beyond; // every 64 bytes hold a word beyond the table
+};
+constexpr Path kPaths[] = {
+    {"8-bit", 8, false}, {"10-bit", 10, false}, {"12-bit", 12, false}, {"12-bit, beyond", 12, true}};
+
+struct Size
+{
+    int width, height;
+    int iterations;
+};
+constexpr Size kSizes[] = {{640, 480, 301}, {1920, 1080, 101}, {4096, 3000, 31}, {14192, 10640, 5}};
+
+struct Frame
+{
+    std::unique_ptr<std::uint8_t[]> src, dst;
+};
+
+// Input and output buffers, used in turn.
+class Ring
+{
+public:
+    Ring(const Path& path, const Size& size, bool warm)
+        : m_path(path.name), m_bytes(std::size_t(size.width) * size.height * (path.bits == 8 ? 1 : 2)),
+          m_frames(warm ? 1 : 1 + kRingBytes / (2 * m_bytes))
+    {
+        std::mt19937 random(1);
+        for (Frame& frame : m_frames) {
+            frame.src.reset(new std::uint8_t[m_bytes]);
+            frame.dst.reset(new std::uint8_t[m_bytes]());
+            const auto mask = std::uint32_t((1 << path.bits) - 1);
+            for (std::size_t i = 0; i < m_bytes; i += 4) {
+                std::uint32_t pixels = random() & (path.bits == 8 ? 0xffffffff : mask << 16 | mask);
+                if (path.beyond && i % 64 == 0)
+                    pixels |= 0x8000;
+                std::memcpy(&frame.src[i], &pixels, 4);
+            }
+        }
+    }
+
+    Frame& Next() { return m_frames[m_next++ % m_frames.size()]; }
+    std::size_t bytes() const { return m_bytes; }
+
+private:
+    std::string m_path;
+    std::size_t m_bytes;
+    std::vector<Frame> m_frames;
+    std::size_t m_next = 0;
+};
+
+const std::vector<std::int32_t>& EditorTable()
+{
+    static const std::vector<std::int32_t> table = [] {
+        std::vector<std::int32_t> entries(kEditorEntries);
+        for (int i = 0; i < kEditorEntries; ++i)
+            entries[i] = i * i / kEditorEntries;
+        return entries;
+    }();
+    return table;
+}
+
+std::vector<std::int32_t> FrameTable(int bits)
+{
+    std::vector<std::int32_t> table(std::size_t(1) << bits);
+    orlune::ResampleLut(EditorTable().data(), kEditorEntries, table.data(), int(table.size()), 12 - bits);
+    return table;
+}
+
+void Ours(const Path& path, const Size& size, const orlune::KernelSet& kernels, Frame& frame)
+{
+    const int entries = 1 << path.bits;
+    const std::unique_ptr<std::int32_t[]> table(new (std::nothrow) std::int32_t[entries]);
+    orlune::ResampleLut(EditorTable().data(), kEditorEntries, table.get(), entries, 12 - path.bits);
+    if (path.bits == 8)
+        orlune::ApplyLut8(frame.src.get(), frame.dst.get(), size.width, size.height, table.get(), kernels);
+    else
+        orlune::ApplyLut16(reinterpret_cast<const std::uint16_t*>(frame.src.get()),
+                           reinterpret_cast<std::uint16_t*>(frame.dst.get()), size.width, size.height,
+                           table.get(), entries, kernels);
+}
+
+// Without the test for words beyond the table where no such word occurs.
+template <class Pixel, bool kTested>
+[[gnu::noinline]] void PlainLoop(const Pixel* src, Pixel* dst, std::size_t count, const std::int32_t* table,
+                                 std::size_t entries)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        dst[i] = Pixel(table[kTested ? std::min<std::size_t>(src[i], entries - 1) : src[i]]);
+}
+
+void Plain(const Path& path, std::size_t bytes, const std::vector<std::int32_t>& table, Frame& frame)
+{
+    const auto* src = reinterpret_cast<const std::uint16_t*>(frame.src.get());
+    auto* dst = reinterpret_cast<std::uint16_t*>(frame.dst.get());
+    if (path.bits == 8)
+        PlainLoop<std::uint8_t, false>(frame.src.get(), frame.dst.get(), bytes, table.data(), table.size());
+    else if (path.beyond)
+        PlainLoop<std::uint16_t, true>(src, dst, bytes / 2, table.data(), table.size());
+    else
+        PlainLoop<std::uint16_t, false>(src, dst, bytes / 2, table.data(), table.size());
+}
+
+double Median(std::vector<double> values)
+{
+    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+void BenchFrames(benchmark::State& state, const Path& path, const Size& size, bool warm,
+                 const orlune::KernelSet& kernels)
+{
+    Ring ring(path, size, warm);
+    const std::vector<std::int32_t> table = FrameTable(path.bits);
+    cv::Mat bytes(1, 256, CV_8U);
+    if (path.bits == 8)
+        std::copy(table.begin(), table.end(), bytes.ptr());
+
+    const auto seconds = [&](auto&& run) {
+        Frame& frame = ring.Next();
+        if (warm)
+            run(frame);
+        const auto start = std::chrono::steady_clock::now();
+        run(frame);
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    std::vector<double> toMemcpy, toPlain, toOpenCv;
+    for (auto _ : state) {
+        const double copy =
+            seconds([&](Frame& frame) { std::memcpy(frame.dst.get(), frame.src.get(), ring.bytes()); });
+        const double ours = seconds([&](Frame& frame) { Ours(path, size, kernels, frame); });
+        const double plain = seconds([&](Frame& frame) { Plain(path, ring.bytes(), table, frame); });
+        state.SetIterationTime(ours);
+        toMemcpy.push_back(ours / copy);
+        toPlain.push_back(plain / ours);
+        if (path.bits == 8) {
+            const double openCv = seconds([&](Frame& frame) {
+                const cv::Mat in(size.height, size.width, CV_8U, frame.src.get());
+                cv::Mat out(size.height, size.width, CV_8U, frame.dst.get());
+                cv::LUT(in, bytes, out);
+            });
+            toOpenCv.push_back(openCv / ours);
+        }
+    }
+    state.counters["time/memcpy"] = Median(toMemcpy);
+    state.counters["plain/time"] = Median(toPlain);
+    if (path.bits == 8)
+        state.counters["LUT/time"] = Median(toOpenCv);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    cv::setNumThreads(1);
+    const auto sets = orlune::AvailableKernelSets();
+    for (const Path& path : kPaths)
+        for (const Size& size : kSizes)
+            for (const bool warm : {false, true}) {
+                const bool large = size.iterations < 10;
+                if ((large && warm) || (path.beyond && size.width != 4096))
+                    continue;
+                for (const orlune::KernelSet& kernels : sets) {
+                    const std::string name = std::string(path.name) + "/" + std::to_string(size.width) + "x" +
+                                             std::to_string(size.height) + (warm ? "/warm/" : "/memory/") +
+                                             kernels.name;
+                    benchmark::RegisterBenchmark(name.c_str(), BenchFrames, path, size, warm, kernels)
+                        ->UseManualTime()
+                        ->Unit(benchmark::kMicrosecond)
+                        ->Iterations(size.iterations);
+                }
+            }
+    std::string tabular = "--benchmark_counters_tabular=true";
+    std::vector<char*> arguments(argv, argv + argc);
+    arguments.insert(arguments.begin() + 1, tabular.data());
+    int count = int(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

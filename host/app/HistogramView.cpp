@@ -1,0 +1,59 @@
+#include "host/app/HistogramView.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QPainter>
+
+namespace host {
+
+namespace {
+
+// Counts drawn in each of so many columns: the largest of the codes that share a column.
+std::vector<std::uint32_t> columnPeaks(const std::vector<std::uint32_t>& counts, int columns)
+{
+    std::vector<std::uint32_t> peaks(std::size_t(columns), 0);
+    for (std::size_t code = 0; code < counts.size(); ++code) {
+        std::uint32_t& peak = peaks[code * peaks.size() / counts.size()];
+        peak = std::max(peak, counts[code]);
+    }
+    return peaks;
+}
+
+} // namespace
+
+void HistogramView::setHistogram(const Histogram& histogram, const QString& title)
+{
+    m_histogram = histogram;
+    m_title = title;
+    update();
+}
+
+void HistogramView::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const QRect frame = rect().adjusted(0, 0, -1, -1);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.setBrush(palette().color(QPalette::Base));
+    painter.drawRect(frame);
+
+    const QRect area = frame.adjusted(1, 1, 0, 0);
+    const auto& counts = m_histogram.counts;
+    if (!counts.empty() && area.width() > 0) {
+        // Fewer codes than columns: a column each code, so that unused codes show as gaps and nothing else
+        // does.
+        const int columns = std::min<int>(area.width(), int(counts.size()));
+        const std::vector<std::uint32_t> peaks = columnPeaks(counts, columns);
+        const double full = std::sqrt(double(*std::max_element(peaks.begin(), peaks.end())));
+        const double width = double(area.width()) / columns;
+        for (int column = 0; column < columns && full > 0; ++column) {
+            const double height = std::sqrt(double(peaks[std::size_t(column)])) / full * (area.height() - 4);
+            painter.fillRect(QRectF(area.left() + column * width, area.bottom() + 1 - height, width, height),
+                             palette().color(QPalette::Highlight));
+        }
+    }
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(area.adjusted(5, 3, -5, -3), Qt::AlignTop | Qt::AlignLeft, m_title);
+}
+
+} // namespace host
