@@ -15,7 +15,8 @@ namespace {
 constexpr char kLost[] = "camera lost";
 
 // On a thread that nobody waits for at the program's end: a camera that does not answer would hold that up.
-std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamera> camera, Held<ArvDevice> device)
+std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamera> camera,
+                                           Held<ArvDevice> device)
 {
     std::promise<void> closed;
     std::shared_future<void> future = closed.get_future().share();

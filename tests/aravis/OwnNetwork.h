@@ -1,5 +1,5 @@
-// A network of the test's own, with nothing in it but loopback: the camera's port is free there, whatever else runs on
-// the machine, and what asks every network reaches nobody.
+// A network of the test's own, with nothing in it but loopback: the camera's port is free there, whatever
+// else runs on the machine, and what asks every network reaches nobody.
 #ifndef ORLUNE_TESTS_ARAVIS_OWNNETWORK_H
 #define ORLUNE_TESTS_ARAVIS_OWNNETWORK_H
 

@@ -1,9 +1,11 @@
 // A GigE Vision camera on loopback in a process of its own: Aravis' emulator with LutCamera.xml.
 //
-//   orlune-testcamera DESCRIPTION [lut=BYTES] [enable=1] [format=PFNC] [width=N] [height=N] [rate=N] [serial=S]
+//   orlune-testcamera DESCRIPTION [lut=BYTES] [enable=1] [format=PFNC] [width=N] [height=N] [rate=N]
+//   [serial=S]
 //                     [lock=own|none] [loss=RATIO]
 //
-// lut=0 is a camera without LUT, loss the share of the image packets that it does not send. Prints "ready", or "port taken". Then, for each line on the standard input:
+// lut=0 is a camera without LUT, loss the share of the image packets that it does not send. Prints "ready",
+// or "port taken". Then, for each line on the standard input:
 //   read ADDRESS LENGTH     prints the bytes in hex
 // and ends with the input. Addresses are decimal.
 #include <atomic>
@@ -127,9 +129,9 @@ bool isPortFree()
 
 int main(int argc, char* argv[])
 {
-    std::map<std::string, std::string> options = {{"lut", "16424"},  {"enable", "0"}, {"format", "17301505"},
-                                                  {"width", "320"},  {"height", "240"}, {"rate", "25"},
-                                                  {"serial", "T1"}, {"lock", "own"}, {"loss", "0"}};
+    std::map<std::string, std::string> options = {{"lut", "16424"}, {"enable", "0"},   {"format", "17301505"},
+                                                  {"width", "320"}, {"height", "240"}, {"rate", "25"},
+                                                  {"serial", "T1"}, {"lock", "own"},   {"loss", "0"}};
     for (int i = 2; i < argc; ++i) {
         const std::string option = argv[i];
         options[option.substr(0, option.find('='))] = option.substr(option.find('=') + 1);

@@ -1,5 +1,5 @@
-// The built module on a camera behind the GigE Vision protocol. What arrives in the camera's memory is held against
-// the simulated camera under the same hands.
+// The built module on a camera behind the GigE Vision protocol. What arrives in the camera's memory is held
+// against the simulated camera under the same hands.
 #include <csignal>
 #include <cstring>
 #include <functional>
@@ -30,10 +30,12 @@ const QVector<Step>& steps()
         {"range's end", [](ModuleHost& host) { host.type("objLutRangeMaxEdit", "3000"); }},
         {"range's start", [](ModuleHost& host) { host.type("objLutRangeMinEdit", "100"); }},
         {"gamma slider", [](ModuleHost& host) { host.find<QSlider>("objGammaSlider").setValue(150); }},
-        {"brightness slider", [](ModuleHost& host) { host.find<QSlider>("objBrightnessSlider").setValue(11); }},
+        {"brightness slider",
+         [](ModuleHost& host) { host.find<QSlider>("objBrightnessSlider").setValue(11); }},
         {"contrast slider", [](ModuleHost& host) { host.find<QSlider>("objContrastSlider").setValue(-7); }},
         {"stored in the camera", [](ModuleHost& host) { host.click("objWriteLutButton"); }},
-        {"standard curve", [](ModuleHost& host) { host.click("objInitLutRadioButton"), host.choose("negative"); }},
+        {"standard curve",
+         [](ModuleHost& host) { host.click("objInitLutRadioButton"), host.choose("negative"); }},
         {"read from the camera", [](ModuleHost& host) { host.click("objDeviceLutRadioButton"); }},
         {"changed after that", [](ModuleHost& host) { host.type("objGammaLineEdit", "80"); }},
         {"default", [](ModuleHost& host) { host.click("objDefaultRadioButton"); }},
@@ -56,8 +58,8 @@ void obey(ModuleHost& host, host::Camera& camera)
 QStringList settings(const ModuleHost& host)
 {
     QStringList texts;
-    for (const char* edit : {"objLutRangeMinEdit", "objLutRangeMaxEdit", "objGammaLineEdit", "objBrightnessLineEdit",
-                             "objContrastLineEdit"})
+    for (const char* edit : {"objLutRangeMinEdit", "objLutRangeMaxEdit", "objGammaLineEdit",
+                             "objBrightnessLineEdit", "objContrastLineEdit"})
         texts += host.text(edit);
     return texts;
 }
@@ -154,8 +156,10 @@ void tst_ModuleOverGigE::framesFlowWhileSlidersMove_data()
 {
     QTest::addColumn<QString>("lut");
     QTest::addColumn<QString>("enable");
-    QTest::newRow("frame path") << "lut=0" << "enable=0";
-    QTest::newRow("LUT in the camera") << "lut=16424" << "enable=1";
+    QTest::newRow("frame path") << "lut=0"
+                                << "enable=0";
+    QTest::newRow("LUT in the camera") << "lut=16424"
+                                       << "enable=1";
 }
 
 void tst_ModuleOverGigE::framesFlowWhileSlidersMove()

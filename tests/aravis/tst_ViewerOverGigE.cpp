@@ -110,11 +110,11 @@ void tst_ViewerOverGigE::wrongCameraEndsWithASentence_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("exitCode");
     QTest::addColumn<QString>("sentence");
-    QTest::newRow("no camera there")
-        << QStringList{"aravis:127.0.0.1"} << 1 << "No camera answers at 127.0.0.1.";
+    QTest::newRow("no camera there") << QStringList{"aravis:127.0.0.1"} << 1
+                                     << "No camera answers at 127.0.0.1.";
     QTest::newRow("no address") << QStringList{"aravis:"} << 2 << "There is no camera \"aravis:\"";
-    QTest::newRow("option of the simulated ones")
-        << QStringList{"aravis:127.0.0.1", "--lut-bytes", "4136"} << 2 << "--lut-bytes is for simulated cameras.";
+    QTest::newRow("option of the simulated ones") << QStringList{"aravis:127.0.0.1", "--lut-bytes", "4136"}
+                                                  << 2 << "--lut-bytes is for simulated cameras.";
 }
 
 void tst_ViewerOverGigE::wrongCameraEndsWithASentence()
