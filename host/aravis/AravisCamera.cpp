@@ -39,6 +39,12 @@ void checkPixelFormat(ArvCamera* camera, GError** error)
                 "the viewer does not know the pixel format %s; choose another one with --pixel-format", name);
 }
 
+void acquireContinuously(ArvCamera* camera, GError** error)
+{
+    if (arv_camera_is_feature_available(camera, "AcquisitionMode", nullptr))
+        arv_camera_set_acquisition_mode(camera, ARV_ACQUISITION_MODE_CONTINUOUS, error);
+}
+
 } // namespace
 
 GenApi_3_0::INode* AravisCamera::DeviceMap::GetNode(const GenICam_3_0::gcstring& Name) const
@@ -124,6 +130,7 @@ QString AravisCamera::startStream()
         m_connection.control("PixelFormat", checkPixelFormat);
         m_connection.control("stream",
                              [this](ArvCamera* camera, GError** error) { m_grabber.prepare(camera, error); });
+        m_connection.control("AcquisitionMode", acquireContinuously);
         m_grabber.start(m_sink);
         updateLock();
         m_connection.control("AcquisitionStart", arv_camera_start_acquisition);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "host/frames/PixelFormat.h"
 
@@ -10,6 +11,7 @@ namespace host {
 namespace {
 
 constexpr int kBuffers = 12;
+constexpr unsigned kMaxPayload = 1u << 28; // bytes a frame, so that the buffers find room
 // How long the thread sleeps at most without a frame, and so how long a stop takes.
 constexpr guint64 kPauseMicroseconds = 10000;
 
@@ -31,6 +33,9 @@ void FrameGrabber::prepare(ArvCamera* camera, GError** error)
     const unsigned payload = arv_camera_get_payload(camera, &failure);
     if (!failure && m_stream && payload == m_payload)
         return;
+    if (!failure && (payload == 0 || payload > kMaxPayload))
+        g_set_error(&failure, ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_INVALID_PARAMETER,
+                    "[PayloadSize] the viewer takes no frames of %u bytes", payload);
     m_stream.reset();
     if (!failure)
         m_stream.reset(arv_camera_create_stream(camera, nullptr, nullptr, &failure));
@@ -79,7 +84,12 @@ void FrameGrabber::run(const Camera::FrameSink& sink)
             continue;
         const bool old = mayBeOld > 0 && arv_buffer_get_system_timestamp(buffer) < start;
         mayBeOld = old ? mayBeOld - 1 : 0;
-        const bool whole = !old && readFrame(buffer, frame);
+        bool whole = false;
+        try {
+            whole = !old && readFrame(buffer, frame);
+        } catch (const std::bad_alloc&) {
+            // No memory for this frame: it is lost.
+        }
         arv_stream_push_buffer(m_stream.get(), buffer);
         if (old)
             continue;

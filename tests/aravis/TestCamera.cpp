@@ -1,11 +1,10 @@
 // A GigE Vision camera on loopback in a process of its own: Aravis' emulator with LutCamera.xml.
 //
-//   orlune-testcamera DESCRIPTION [lut=BYTES] [enable=1] [format=PFNC] [width=N] [height=N] [rate=N]
-//   [serial=S]
-//                     [lock=own|none] [loss=RATIO]
+//   orlune-testcamera DESCRIPTION [OPTION=VALUE...]
 //
-// lut=0 is a camera without LUT, loss the share of the image packets that it does not send. Prints "ready",
-// or "port taken". Then, for each line on the standard input:
+// Options, see main: lut is the register's length, 0 for a camera without LUT; enable=1 gives it LUTEnable;
+// lock=none takes its TLParamsLocked; format is a PFNC code; loss is the share of image packets that are not
+// sent. Prints "ready", or "port taken". Then, for each line on the standard input:
 //   read ADDRESS LENGTH     prints the bytes in hex
 // and ends with the input. Addresses are decimal.
 #include <atomic>
@@ -156,6 +155,7 @@ int main(int argc, char* argv[])
     camera.set(kHasLut, number("lut") != 0);
     camera.set(kHasLutEnable, number("enable"));
     camera.set(kLutLength, number("lut"));
+    camera.set(ARV_FAKE_CAMERA_REGISTER_ACQUISITION_MODE, 0);
     camera.set(ARV_FAKE_CAMERA_REGISTER_WIDTH, number("width"));
     camera.set(ARV_FAKE_CAMERA_REGISTER_HEIGHT, number("height"));
     camera.set(ARV_FAKE_CAMERA_REGISTER_PIXEL_FORMAT, number("format"));
