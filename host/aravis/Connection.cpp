@@ -14,6 +14,21 @@ namespace {
 
 constexpr char kLost[] = "camera lost";
 
+// A thread of Aravis' that reports a loss holds a reference while it does. It must not be left with the last
+// one: the device's end waits for that thread. Without a listener there are no more reports.
+void waitForReports(ArvDevice* device)
+{
+    g_signal_handlers_disconnect_matched(device, G_SIGNAL_MATCH_ID,
+                                         g_signal_lookup("control-lost", ARV_TYPE_DEVICE), 0, nullptr,
+                                         nullptr, nullptr);
+    constexpr std::chrono::milliseconds kPause(10);
+    constexpr int kPauses = 500;
+    int pauses = 0;
+    do {
+        std::this_thread::sleep_for(kPause);
+    } while (g_atomic_int_get(&G_OBJECT(device)->ref_count) > 1 && ++pauses < kPauses);
+}
+
 // On a thread that nobody waits for at the program's end: a camera that does not answer would hold that up.
 std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamera> camera,
                                            Held<ArvDevice> device)
@@ -25,6 +40,7 @@ std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamer
                      closed = std::move(closed)]() mutable {
             stream.reset();
             camera.reset();
+            waitForReports(device.get());
             device.reset();
             closed.set_value();
         }).detach();
@@ -35,6 +51,12 @@ std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamer
 }
 
 } // namespace
+
+// On a thread of Aravis', which the device's end waits for.
+void Connection::onControlLost(ArvDevice*, gpointer watch)
+{
+    (*static_cast<SharedWatch*>(watch))->report();
+}
 
 void Connection::Watch::report()
 {
@@ -63,13 +85,9 @@ QString Connection::open(const QString& address)
 
     m_watch = std::make_shared<Watch>();
     m_watch->onLoss = m_onLoss;
-    using SharedWatch = std::shared_ptr<Watch>;
-    // The signal comes on a thread of Aravis', which the device's end waits for.
     g_signal_connect_data(
-        m_device.get(), "control-lost",
-        G_CALLBACK(+[](ArvDevice*, gpointer watch) { (*static_cast<SharedWatch*>(watch))->report(); }),
-        new SharedWatch(m_watch), [](gpointer watch, GClosure*) { delete static_cast<SharedWatch*>(watch); },
-        GConnectFlags(0));
+        m_device.get(), "control-lost", G_CALLBACK(onControlLost), new SharedWatch(m_watch),
+        [](gpointer watch, GClosure*) { delete static_cast<SharedWatch*>(watch); }, GConnectFlags(0));
 
     ArvError failure;
     m_camera.reset(arv_camera_new_with_device(m_device.get(), failure.out()));

@@ -82,6 +82,9 @@ private:
         std::function<void()> onLoss; // guarded by mutex; empty when nobody listens any more
     };
 
+    using SharedWatch = std::shared_ptr<Watch>;
+    static void onControlLost(ArvDevice*, gpointer watch);
+
     template <class Call>
     auto checked(const std::string& what, Call call) const
     {
@@ -101,7 +104,7 @@ private:
     void check(const std::string& what, const ArvError& error) const;
 
     std::function<void()> m_onLoss;
-    std::shared_ptr<Watch> m_watch;
+    SharedWatch m_watch;
     Held<ArvDevice> m_device;
     Held<ArvCamera> m_camera;
     QString m_inscription;

@@ -168,7 +168,7 @@ void tst_ModuleOverGigE::framesFlowWhileSlidersMove()
     QFETCH(QString, enable);
     const bool mapped = lut == "lut=0";
     WorkingDirectory directory;
-    OPEN_OR_SKIP(camera, {lut, enable, "rate=40", "format=17825797"}); // Mono12
+    OPEN_OR_SKIP(camera, {lut, enable, "rate=40", "format=17825797", "width=160", "height=120"}); // Mono12
     ModuleHost host(camera->remoteNodeMap());
     QCOMPARE(host.initResult, 0);
     host.show();
