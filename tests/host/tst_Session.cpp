@@ -114,12 +114,17 @@ void tst_Session::accessStopsTheStreamForItsTime()
 {
     QFETCH(bool, streaming);
     open("lut");
+    const auto locked = [this] {
+        auto* node = m_session->camera()->remoteNodeMap()->GetNode("TLParamsLocked");
+        return dynamic_cast<GenApi_3_0::IInteger*>(node)->GetValue() != 0;
+    };
     if (!streaming)
         m_session->stopStream();
+    QCOMPARE(locked(), streaming);
     theStub->say(MSG_DEVICE_ACCESS_BEGIN);
-    QVERIFY(!m_session->camera()->isStreaming());
+    QVERIFY(!locked());
     theStub->say(MSG_DEVICE_ACCESS_END);
-    QCOMPARE(m_session->camera()->isStreaming(), streaming);
+    QCOMPARE(locked(), streaming);
 }
 
 void tst_Session::textsAreReadInThePluginsLanguage()

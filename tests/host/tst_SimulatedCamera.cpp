@@ -356,6 +356,7 @@ void tst_SimulatedCamera::frameSeesNoTornTable()
     std::atomic<int> torn{0};
     camera->setFrameSink([&](host::Frame& frame) {
         const int first = pixel(frame, 0);
+        torn += first != 0x111 && first != 0xeee;
         for (int x = 0; x < frame.width; ++x) {
             torn += pixel(frame, x) != first;
         }
@@ -439,16 +440,19 @@ void tst_SimulatedCamera::unwritableStateChangesNothing()
 void tst_SimulatedCamera::uselessStateFileIsReportedAndKept_data()
 {
     QTest::addColumn<Spoil>("spoil");
+    QTest::addColumn<QByteArray>("model");
     QTest::addColumn<int>("length");
-    QTest::newRow("cut off") << Spoil([](QByteArray& state) { state.chop(3); }) << -1;
+    const Spoil nothing = [](QByteArray&) {};
+    QTest::newRow("empty") << Spoil([](QByteArray& state) { state.clear(); }) << QByteArray("lut") << -1;
+    QTest::newRow("cut off") << Spoil([](QByteArray& state) { state.chop(3); }) << QByteArray("lut") << -1;
     QTest::newRow("one character of the table") << Spoil([](QByteArray& state) {
         const int at = state.indexOf("AAAA", state.size() / 2);
         QVERIFY(at > 0);
         state[at] = 'B';
-    }) << -1;
+    }) << QByteArray("lut") << -1;
     QTest::newRow("start set") << Spoil([](QByteArray& state) {
         state.replace("\"startSet\": 1", "\"startSet\": 0");
-    }) << -1;
+    }) << QByteArray("lut") << -1;
     QTest::newRow("set too short, checksum right") << Spoil([](QByteArray& state) {
         QJsonObject object = QJsonDocument::fromJson(state).object();
         object["userSet0"] = "AAAA";
@@ -457,13 +461,15 @@ void tst_SimulatedCamera::uselessStateFileIsReportedAndKept_data()
         object["sha256"] =
             QString::fromLatin1(QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex());
         state = QJsonDocument(object).toJson();
-    }) << -1;
-    QTest::newRow("another length") << Spoil([](QByteArray&) {}) << 16384;
+    }) << QByteArray("lut") << -1;
+    QTest::newRow("another model") << nothing << QByteArray("lut-enable") << -1;
+    QTest::newRow("another length") << nothing << QByteArray("lut") << 16384;
 }
 
 void tst_SimulatedCamera::uselessStateFileIsReportedAndKept()
 {
     QFETCH(Spoil, spoil);
+    QFETCH(QByteArray, model);
     QFETCH(int, length);
     const auto saveUserSet = [](SimulatedCamera& camera, const QByteArray& table) {
         writeTable(camera, table);
@@ -481,16 +487,16 @@ void tst_SimulatedCamera::uselessStateFileIsReportedAndKept()
     }
     QByteArray table;
     {
-        const auto camera = make("lut", length, stateFile());
+        const auto camera = make(model, length, stateFile());
         QCOMPARE(camera->warnings().size(), 1);
         QVERIFY(camera->warnings().first().contains("state.json"));
         QCOMPARE(find<IEnumeration>(*camera, "UserSetDefault")->GetIntValue(), 0);
-        QCOMPARE(readTable(*camera), readTable(*make("lut", length)));
+        QCOMPARE(readTable(*camera), readTable(*make(model, length)));
         QCOMPARE(contents(stateFile()), state);
         table = filled(6, readTable(*camera).size());
         saveUserSet(*camera, table);
     }
-    const auto camera = make("lut", length, stateFile());
+    const auto camera = make(model, length, stateFile());
     QCOMPARE(camera->warnings(), QStringList());
     QCOMPARE(readTable(*camera), table);
 }
@@ -577,6 +583,8 @@ void tst_SimulatedCamera::unpluggedCameraIsLost()
     QVERIFY(!camera->isStreaming());
     QVERIFY(!camera->startStream().isEmpty());
     QCOMPARE(experience(*camera, "LUTValueAll"), QString("throws"));
+    camera->setFault("unplugged", true);
+    QCOMPARE(lost.size(), 1);
     QVERIFY(camera->reconnect().contains("unplugged"));
     camera->setFault("unplugged", false);
     QCOMPARE(camera->reconnect(), QString());

@@ -302,12 +302,16 @@ void tst_LutFiles::WritingThroughALink()
 void tst_LutFiles::WritingOnAFullDisk()
 {
     Put("old");
+    int lutCode = 0, csvCode = 0, newCode = 0;
     {
         const FullDisk full(4000);
-        QCOMPARE(WriteLutFile(Path("file"), LutImage{}, true), int(kOpenFailed));
-        QCOMPARE(WriteCsvFile(Path("file"), LutImage{}), int(kOpenFailed));
-        QCOMPARE(WriteCsvFile(Path("new"), LutImage{}), int(kOpenFailed));
+        lutCode = WriteLutFile(Path("file"), LutImage{}, true);
+        csvCode = WriteCsvFile(Path("file"), LutImage{});
+        newCode = WriteCsvFile(Path("new"), LutImage{});
     }
+    QCOMPARE(lutCode, int(kOpenFailed));
+    QCOMPARE(csvCode, int(kOpenFailed));
+    QCOMPARE(newCode, int(kOpenFailed));
     QCOMPARE(Get(), QByteArray("old"));
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList{"file"});
 }
