@@ -195,6 +195,8 @@ int OrlunePlugin::CreateDialog(PluginInitParam* pstParam)
     m_pDlg = new (std::nothrow) OrluneDlg(pstParam, pstParam->parentWidget);
     if (!m_pDlg)
         return kPluginGeneralError;
+    // A host that deletes the parent first takes the dialog with it.
+    connect(m_pDlg, &QObject::destroyed, this, [this] { m_pDlg = nullptr; });
     m_pDlg->setWindowFlags(Qt::Dialog | Qt::WindowMinimizeButtonHint);
     const QString device = DeviceDisplayName(pstParam->deviceInfoMap);
     if (!device.isNull())

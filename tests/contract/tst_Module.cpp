@@ -34,6 +34,10 @@ private slots:
     void failedInit();
     void showAndHide();
     void onlyOneInit();
+    void parentGoesFirst();
+    void objectGoesFirst();
+    void handlerThatRunsEvents_data();
+    void handlerThatRunsEvents();
     void loadedAgainAndAgain();
     void severalAtOnce();
 };
@@ -276,6 +280,98 @@ void tst_Module::onlyOneInit()
     QCOMPARE(host.plugin->InitPlugin(&param), -3);
     QCOMPARE(host.plugin->GetErrorText(0), "success");
     QCOMPARE(host.parent.findChildren<QDialog*>().size(), 1);
+}
+
+void tst_Module::parentGoesFirst()
+{
+    FakeCamera camera;
+    WorkingDirectory directory;
+    ModuleHost host(&camera);
+    host.plugin->UninitPlugin();
+    auto parent = std::make_unique<QWidget>();
+    PluginInitParam param{};
+    param.remoteDeviceMap = &camera;
+    param.parentWidget = parent.get();
+    QCOMPARE(host.plugin->InitPlugin(&param), 0);
+    host.send(MSG_SHOW_DIALOG);
+    parent.reset();
+    QVERIFY(host.plugin->IsDialogHidden());
+    host.send(MSG_SHOW_DIALOG);
+    std::uint16_t pixel = 0;
+    QCOMPARE(process(*host.plugin, kMono12, &pixel, &pixel, 1, 1, nullptr), -3);
+    host.plugin->UninitPlugin();
+    host.start();
+    QCOMPARE(host.initResult, 0);
+}
+
+// Without UninitPlugin the dialog is its parent's, and works on.
+void tst_Module::objectGoesFirst()
+{
+    FakeCamera camera;
+    WorkingDirectory directory;
+    ModuleHost keepsTheModule(&camera);
+    QLibrary library(QStringLiteral(ORLUNE_MODULE));
+    IPlugin* plugin = CreatePluginObjectFunction(library.resolve("CreatePluginObject"))();
+    QWidget parent;
+    PluginInitParam param{};
+    param.remoteDeviceMap = &camera;
+    param.parentWidget = &parent;
+    QCOMPARE(plugin->InitPlugin(&param), 0);
+    DestoryPluginObjectFunction(library.resolve("DestoryPluginObject"))(plugin);
+    auto* slider = parent.findChild<QSlider*>("objGammaSlider");
+    QVERIFY(slider);
+    camera.log.clear();
+    slider->setValue(150);
+    QCOMPARE(camera.log.filter("LUTValueAll.Set").size(), 1);
+}
+
+void tst_Module::handlerThatRunsEvents_data()
+{
+    QTest::addColumn<int>("outer"); // a source, or -1 for a step
+    QTest::addColumn<int>("inner");
+    for (const int outer : {-1, int(Device), int(Default)}) {
+        for (const int inner : {-1, int(Device), int(Default)})
+            QTest::addRow("%d in %d", inner, outer) << outer << inner;
+    }
+}
+
+// A person's next action comes while the host still frees the camera for the one before.
+void tst_Module::handlerThatRunsEvents()
+{
+    QFETCH(int, outer);
+    QFETCH(int, inner);
+    FakeCamera camera;
+    auto& locked = camera.node<FakeCamera::Integer>("TLParamsLocked");
+    WorkingDirectory directory;
+    ModuleHost host(&camera);
+    host.show();
+    const auto act = [&](int source, const char* slider) {
+        source < 0 ? host.wheel(slider, {0, 120}) : host.click(kRadios[source]);
+    };
+    locked.value = 1;
+    host.onCode = [&](int code) {
+        locked.value = code == MSG_DEVICE_ACCESS_END;
+        if (code == MSG_DEVICE_ACCESS_BEGIN)
+            act(inner, "objBrightnessSlider");
+    };
+    act(outer, "objGammaSlider");
+    QCOMPARE(host.messages, (QVector<int>{MSG_DEVICE_ACCESS_BEGIN, MSG_DEVICE_ACCESS_END}));
+    QCOMPARE(host.boxes, QStringList());
+
+    // Whatever came of that, the next action is as good as any.
+    locked.value = 0;
+    host.click(kRadios[Default]);
+    host.type("objContrastLineEdit", "35");
+    const QByteArray table = camera.node<FakeCamera::Register>("LUTValueAll").bytes;
+    host.fileAnswers << directory.path("table.lut");
+    host.click("objSaveLutButton");
+    QVERIFY(WorkingDirectory::read(directory.path("table.lut")) == table);
+    const char* trailer = table.constData() + 16384;
+    for (const Control& control : kControls) {
+        trailer += 4;
+        QCOMPARE(host.text(control.edit), QString::number(qFromLittleEndian<qint32>(trailer)));
+    }
+    QCOMPARE(host.text("objGammaLineEdit"), QStringLiteral("100"));
 }
 
 void tst_Module::loadedAgainAndAgain()
