@@ -13,10 +13,10 @@
 namespace orlune {
 
 // Relative to the process's working directory.
-constexpr QLatin1String kStandardDirectory{"./resource/lqplugins/LookUpTable/StandardLut"};
+inline const QLatin1String kStandardDirectory{"./resource/lqplugins/LookUpTable/StandardLut"};
 
 // The identity curve, which every catalogue must hold.
-constexpr QLatin1String kDefaultStandardName{"lut4_11"};
+inline const QLatin1String kDefaultStandardName{"lut4_11"};
 
 struct StandardCurve
 {

@@ -62,7 +62,8 @@ int runScript(host::MainWindow& window, const host::Options& options, const QDir
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
 
     QFile out;
-    if (!out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered))
+    // By its number: each line is out before the next thing happens.
+    if (!out.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fail(kFailed, "The transcript cannot be written.");
     host::Transcript transcript(out, directory);
     host::ScriptRunner runner(window, transcript, directory);

@@ -71,8 +71,15 @@ QString AravisCamera::open()
     const QString error = connectCamera();
     if (!error.isEmpty())
         return error;
-    return failureOf(
-        [this] { m_nodes.emplace(m_connection, [this](int bytes) { emit registerWritten(bytes); }); });
+    return asOpenFailure(failureOf(
+        [this] { m_nodes.emplace(m_connection, [this](int bytes) { emit registerWritten(bytes); }); }));
+}
+
+// Empty for an empty one.
+QString AravisCamera::asOpenFailure(const QString& failure) const
+{
+    return failure.isEmpty() ? failure
+                             : tr("The camera %1 cannot be opened: %2.").arg(m_request.address, failure);
 }
 
 QString AravisCamera::connectCamera()
@@ -80,7 +87,7 @@ QString AravisCamera::connectCamera()
     const QString error = m_connection.open(m_request.address);
     if (!error.isEmpty())
         return error;
-    return failureOf([this] {
+    const QString failure = failureOf([this] {
         if (!m_request.pixelFormat.isEmpty()) {
             m_connection.control("PixelFormat", [this](ArvCamera* camera, GError** error) {
                 arv_camera_set_pixel_format_from_string(camera, m_request.pixelFormat.toUtf8().constData(),
@@ -93,6 +100,9 @@ QString AravisCamera::connectCamera()
             });
         }
     });
+    if (!failure.isEmpty())
+        m_connection.close();
+    return asOpenFailure(failure);
 }
 
 QString AravisCamera::name() const
@@ -165,11 +175,13 @@ QString AravisCamera::reconnect()
     if (!m_connection.waitUntilClosed(kClosePatience))
         return tr("The lost connection is still being closed; try again in a few seconds.");
     const QString error = connectCamera();
-    if (!error.isEmpty() || m_connection.inscription() == before)
+    if (!error.isEmpty())
         return error;
-    const QString other = m_connection.inscription();
+    const QString now = m_connection.inscription();
+    if (now == before)
+        return asOpenFailure(failureOf([this] { updateLock(); }));
     m_connection.close();
-    return tr("Another camera answers at %1: %2.").arg(m_request.address, other);
+    return tr("Another camera answers at %1: %2.").arg(m_request.address, now);
 }
 
 QByteArray AravisCamera::registerBytes(QString* error)

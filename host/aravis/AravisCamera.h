@@ -69,6 +69,7 @@ private:
     };
 
     QString connectCamera();
+    QString asOpenFailure(const QString& failure) const;
     void updateLock();
     void endStream();
     void onLoss();

@@ -1,7 +1,7 @@
 #include "host/aravis/Connection.h"
 
-#include <algorithm>
-#include <vector>
+#include <system_error>
+#include <thread>
 
 #include <QStringList>
 
@@ -14,24 +14,24 @@ namespace {
 
 constexpr char kLost[] = "camera lost";
 
-// The program's end waits for what is being closed here.
+// On a thread that nobody waits for at the program's end: a camera that does not answer would hold that up.
 std::shared_future<void> closeInBackground(Held<ArvStream> stream, Held<ArvCamera> camera,
                                            Held<ArvDevice> device)
 {
-    static std::vector<std::shared_future<void>> closing;
-    closing.erase(std::remove_if(closing.begin(), closing.end(),
-                                 [](const std::shared_future<void>& device) {
-                                     return device.wait_for(std::chrono::seconds(0)) ==
-                                            std::future_status::ready;
-                                 }),
-                  closing.end());
-    closing.push_back(std::async(std::launch::async, [stream = std::move(stream), camera = std::move(camera),
-                                                      device = std::move(device)]() mutable {
-        stream.reset();
-        camera.reset();
-        device.reset();
-    }));
-    return closing.back();
+    std::promise<void> closed;
+    std::shared_future<void> future = closed.get_future().share();
+    try {
+        std::thread([stream = std::move(stream), camera = std::move(camera), device = std::move(device),
+                     closed = std::move(closed)]() mutable {
+            stream.reset();
+            camera.reset();
+            device.reset();
+            closed.set_value();
+        }).detach();
+    } catch (const std::system_error&) {
+        // No thread: all is closed by now.
+    }
+    return future;
 }
 
 } // namespace

@@ -49,9 +49,9 @@ public:
     // Frames that the camera sent since the stream was started and that did not arrive whole.
     virtual quint64 lostFrames() const { return 0; }
 
-    // Opens the connection to the camera anew, after a loss or at any time; the node maps stay. The stream is
-    // off then. Empty, or one sentence that says why the camera is lost.
-    virtual QString reconnect() { return tr("This camera has no connection that could be made anew."); }
+    // Makes the connection to the camera anew, after a loss or at any time; the node maps stay, and the
+    // stream is off then. Empty, or one sentence that says why the camera is lost.
+    virtual QString reconnect() = 0;
 
     // Looks at something else from now on: what is "chart", "ramp", or the path of a picture or of a folder
     // of pictures. The stream is started anew when it runs; warnings() are those of the new pictures. Empty,

@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include "OwnNetwork.h"
+
 class CameraProcess
 {
 public:

@@ -2,9 +2,10 @@
 //
 //   orlune-testcamera DESCRIPTION [lut=BYTES] [enable=1] [format=PFNC] [width=N] [height=N] [rate=N]
 //   [serial=S]
-//                     [lock=own|none]
+//                     [lock=own|none] [loss=RATIO]
 //
-// lut=0 is a camera without LUT. Prints "ready", or "port taken". Then, for each line on the standard input:
+// lut=0 is a camera without LUT, loss the share of the image packets that it does not send. Prints "ready",
+// or "port taken". Then, for each line on the standard input:
 //   read ADDRESS LENGTH     prints the bytes in hex
 // and ends with the input. Addresses are decimal.
 #include <atomic>
@@ -14,7 +15,6 @@
 #include <fstream>
 #include <iostream>
 #include <map>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -102,11 +102,27 @@ std::string describe(const std::string& path, bool ownLock)
     std::ifstream file(path);
     std::stringstream text;
     text << file.rdbuf();
-    const std::string description = text.str();
-    const std::regex lock("<Integer Name=\"TLParamsLocked\">.*</Integer>");
-    return ownLock ? description
-                   : std::regex_replace(description, lock,
-                                        "<Float Name=\"TLParamsLocked\"><Value>0</Value></Float>");
+    std::string description = text.str();
+    if (!ownLock) {
+        const std::string end = "</Integer>";
+        const std::size_t lock = description.find("<Integer Name=\"TLParamsLocked\">");
+        const std::size_t behind = description.find(end, lock) + end.size();
+        description.replace(lock, behind - lock, "<Float Name=\"TLParamsLocked\"><Value>0</Value></Float>");
+    }
+    return description;
+}
+
+// The emulator shares its port with whoever has it, and one of the two is not heard.
+bool isPortFree()
+{
+    constexpr guint16 kControlPort = 3956;
+    GSocket* const socket =
+        g_socket_new(G_SOCKET_FAMILY_IPV4, G_SOCKET_TYPE_DATAGRAM, G_SOCKET_PROTOCOL_UDP, nullptr);
+    GSocketAddress* const address = g_inet_socket_address_new_from_string("127.0.0.1", kControlPort);
+    const bool free = g_socket_bind(socket, address, FALSE, nullptr);
+    g_object_unref(address);
+    g_object_unref(socket);
+    return free;
 }
 
 } // namespace
@@ -115,13 +131,17 @@ int main(int argc, char* argv[])
 {
     std::map<std::string, std::string> options = {{"lut", "16424"}, {"enable", "0"},   {"format", "17301505"},
                                                   {"width", "320"}, {"height", "240"}, {"rate", "25"},
-                                                  {"serial", "T1"}, {"lock", "own"}};
+                                                  {"serial", "T1"}, {"lock", "own"},   {"loss", "0"}};
     for (int i = 2; i < argc; ++i) {
         const std::string option = argv[i];
         options[option.substr(0, option.find('='))] = option.substr(option.find('=') + 1);
     }
     const auto number = [&](const char* name) { return guint32(std::stoul(options.at(name))); };
 
+    if (!isPortFree()) {
+        std::puts("port taken");
+        return 1;
+    }
     char path[] = "/tmp/orlune-testcamera-XXXXXX";
     const int file = g_mkstemp(path);
     std::ofstream(path) << describe(argv[1], options.at("lock") == "own");
@@ -129,10 +149,8 @@ int main(int argc, char* argv[])
         arv_gv_fake_camera_new_full("127.0.0.1", options.at("serial").c_str(), path);
     g_close(file, nullptr);
     std::remove(path);
-    if (!arv_gv_fake_camera_is_running(emulator)) {
-        std::puts("port taken");
+    if (!arv_gv_fake_camera_is_running(emulator))
         return 1;
-    }
 
     Camera camera(arv_gv_fake_camera_get_fake_camera(emulator));
     camera.set(kHasLut, number("lut") != 0);
@@ -142,6 +160,7 @@ int main(int argc, char* argv[])
     camera.set(ARV_FAKE_CAMERA_REGISTER_HEIGHT, number("height"));
     camera.set(ARV_FAKE_CAMERA_REGISTER_PIXEL_FORMAT, number("format"));
     camera.set(ARV_FAKE_CAMERA_REGISTER_ACQUISITION_FRAME_PERIOD_US, 1000000 / number("rate"));
+    g_object_set(emulator, "gvsp-lost-ratio", std::stod(options.at("loss")), nullptr);
     arv_fake_camera_set_fill_pattern(arv_gv_fake_camera_get_fake_camera(emulator), fillFrame, nullptr);
 
     std::atomic<bool> end{false};

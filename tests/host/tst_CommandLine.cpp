@@ -19,6 +19,7 @@ private slots:
     void wrongInputIsNamed_data();
     void wrongInputIsNamed();
     void helpAndVersionComeFirst();
+    void realCamera();
 };
 
 void tst_CommandLine::everyOptionArrives()
@@ -48,6 +49,11 @@ void tst_CommandLine::wrongInputIsNamed_data()
 
     QTest::newRow("unknown option") << QStringList{"--colour"} << "colour";
     QTest::newRow("camera") << QStringList{"--camera", "lut2"} << "lut2";
+    QTest::newRow("real camera without address") << QStringList{"--camera", "aravis:"} << "aravis:";
+    QTest::newRow("scene of a real camera")
+        << QStringList{"--camera", "aravis:10.0.0.9", "--frames", "ramp"} << "--frames";
+    QTest::newRow("state of a real camera")
+        << QStringList{"--camera", "aravis:10.0.0.9", "--state", "s"} << "--state";
     QTest::newRow("length, no number") << QStringList{"--lut-bytes", "4k"} << "--lut-bytes";
     QTest::newRow("length, negative") << QStringList{"--lut-bytes=-1"} << "--lut-bytes";
     QTest::newRow("size, too large") << QStringList{"--size", "8193x10"} << "--size";
@@ -68,6 +74,15 @@ void tst_CommandLine::helpAndVersionComeFirst()
     const host::ParsedCommandLine help = parse({"--help", "--camera", "lut2"});
     QVERIFY(help.outcome == Outcome::Help);
     QVERIFY(parse({"--version"}).outcome == Outcome::Version);
+    QVERIFY(parse({"--list"}).outcome == Outcome::List);
+}
+
+void tst_CommandLine::realCamera()
+{
+    const host::ParsedCommandLine parsed =
+        parse({"--camera", "aravis:10.0.0.9", "--pixel-format", "Mono12", "--size", "64x48"});
+    QVERIFY2(parsed.outcome == Outcome::Run, qPrintable(parsed.text));
+    QCOMPARE(parsed.options.camera.camera, QString("aravis:10.0.0.9"));
 }
 
 QTEST_GUILESS_MAIN(tst_CommandLine)

@@ -577,7 +577,9 @@ void tst_SimulatedCamera::unpluggedCameraIsLost()
     QVERIFY(!camera->isStreaming());
     QVERIFY(!camera->startStream().isEmpty());
     QCOMPARE(experience(*camera, "LUTValueAll"), QString("throws"));
+    QVERIFY(camera->reconnect().contains("unplugged"));
     camera->setFault("unplugged", false);
+    QCOMPARE(camera->reconnect(), QString());
     QCOMPARE(camera->startStream(), QString());
 
     camera->setFault("slow", true);
