@@ -4,6 +4,9 @@
 #include <QMetaMethod>
 #include <QProcess>
 
+using Act = std::function<void(ModuleHost&)>;
+Q_DECLARE_METATYPE(Act)
+
 namespace {
 
 QByteArray outputOf(const QString& program, const QStringList& arguments)
@@ -36,6 +39,8 @@ private slots:
     void onlyOneInit();
     void parentGoesFirst();
     void objectGoesFirst();
+    void hostLeaves_data();
+    void hostLeaves();
     void handlerThatRunsEvents_data();
     void handlerThatRunsEvents();
     void loadedAgainAndAgain();
@@ -323,6 +328,66 @@ void tst_Module::objectGoesFirst()
     camera.log.clear();
     slider->setValue(150);
     QCOMPARE(camera.log.filter("LUTValueAll.Set").size(), 1);
+}
+
+void tst_Module::hostLeaves_data()
+{
+    QTest::addColumn<int>("moment"); // a message, or 0 for a box or file dialog
+    QTest::addColumn<Act>("act");
+    const Act step = [](ModuleHost& e) { e.wheel("objGammaSlider", {0, 120}); };
+    const auto take = [](int source) { return Act([=](ModuleHost& e) { e.click(kRadios[source]); }); };
+    const Act reject = [](ModuleHost& e) { e.type("objLutRangeMinEdit", "4090"); };
+    const Act store = [](ModuleHost& e) { e.click("objWriteLutButton"); };
+    const Act save = [](ModuleHost& e) { e.click("objSaveLutButton"); };
+    const Act close = [](ModuleHost& e) { e.dialog->close(); };
+    const Act reopen = [](ModuleHost& e) {
+        e.send(MSG_HIDE_DIALOG);
+        e.send(MSG_SHOW_DIALOG);
+    };
+    QTest::newRow("box of a step") << 0 << step;
+    QTest::newRow("box of a rejected value") << 0 << reject;
+    QTest::newRow("box of a source") << 0 << take(Device);
+    QTest::newRow("box of a store") << 0 << store;
+    QTest::newRow("file dialog of a source") << 0 << take(LutFile);
+    QTest::newRow("file dialog of a save") << 0 << save;
+    for (const int message : {MSG_DEVICE_ACCESS_BEGIN, MSG_DEVICE_ACCESS_END}) {
+        QTest::addRow("step, message %d", message) << message << step;
+        QTest::addRow("source, message %d", message) << message << take(Device);
+    }
+    QTest::newRow("hidden") << int(MSG_DIALOG_HIDDEN) << close;
+    QTest::newRow("shown") << int(MSG_DIALOG_SHOWN) << reopen;
+}
+
+// A host ends the plug-in while one of its operations runs: the camera is gone, say, and a box tells the
+// person so.
+void tst_Module::hostLeaves()
+{
+    QFETCH(int, moment);
+    QFETCH(Act, act);
+    auto camera = std::make_unique<FakeCamera>();
+    camera->node<FakeCamera::Integer>("TLParamsLocked").value = 1;
+    WorkingDirectory directory;
+    ModuleHost host(camera.get());
+    host.show();
+    const auto leave = [&] {
+        host.end();
+        camera.reset();
+        host.messages.clear();
+    };
+    if (moment == 0) {
+        camera->mapFailure = FakeCamera::Failure::Camera;
+        host.whileBoxOpen = leave;
+    }
+    host.onCode = [&](int code) {
+        if (code == moment)
+            leave();
+    };
+    act(host);
+    QVERIFY(!camera);
+    QVERIFY(host.boxes.size() <= 1);
+    QCOMPARE(host.messages, QVector<int>());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!host.parent.findChild<QDialog*>());
 }
 
 void tst_Module::handlerThatRunsEvents_data()
