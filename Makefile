@@ -2,7 +2,7 @@
 PRESET ?= release
 BUILD = build/$(PRESET)
 
-.PHONY: app run pictures test bench package package-test format format-check
+.PHONY: app run pictures test soak bench package package-test format format-check
 
 app:
 	scripts/setup run
@@ -20,6 +20,12 @@ test:
 	cmake --preset $(PRESET) -DORLUNE_TESTS=ON -DORLUNE_BENCH=OFF
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
+
+soak:
+	scripts/setup test
+	cmake --preset $(PRESET) -DORLUNE_TESTS=ON
+	cmake --build --preset $(PRESET) --target soak
+	QT_QPA_PLATFORM=offscreen $(BUILD)/bin/soak $(SOAK)
 
 bench:
 	scripts/setup bench

@@ -123,7 +123,26 @@ int OrluneDlg::Init()
 
 void OrluneDlg::Uninit()
 {
-    PlotterWidget->Uninit();
+    if (m_operations == 0)
+        PlotterWidget->Uninit();
+}
+
+void OrluneDlg::Destroy()
+{
+    if (m_operations == 0) {
+        delete this;
+        return;
+    }
+    m_abandoned = true;
+    RemoteNodeMap = nullptr;
+    blockSignals(true);
+    hide();
+}
+
+OrluneDlg::Operation::~Operation()
+{
+    if (--m_dialog.m_operations == 0 && m_dialog.m_abandoned)
+        m_dialog.deleteLater();
 }
 
 PublishedTable::Snapshot OrluneDlg::AcquireLut() const
@@ -185,6 +204,7 @@ void OrluneDlg::SendStatus(PluginMsgType type)
 {
     PLUGIN_MSG message{};
     message.type = type;
+    const Operation running(*this);
     emit SigDlgStatusChanged(message);
 }
 
@@ -207,7 +227,8 @@ void OrluneDlg::ShowNodeFailure(const char* what)
 
 void OrluneDlg::ShowBox(const QString& text)
 {
-    QMessageBox::about(this, tr("Error"), text);
+    if (!m_abandoned)
+        QMessageBox::about(this, tr("Error"), text);
 }
 
 LutImage* OrluneDlg::GetLut()
@@ -230,6 +251,7 @@ LutImage* OrluneDlg::StampLut()
 
 void OrluneDlg::on_objWriteLutButton_clicked()
 {
+    const Operation running(*this);
     const int code = SaveUserSet();
     if (code != kSuccess)
         ShowError(code);

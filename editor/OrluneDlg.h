@@ -49,8 +49,12 @@ public:
     // Brings the dialog to life on the Default source, with untouched settings. Writes nothing to the camera
     // and shows nothing. Once; an InitResult. After a failure the dialog only waits for Uninit.
     int Init();
-    // Releases the curve view's tables. The last call before the destructor.
+    // Releases the curve view's tables. The last call before Destroy.
     void Uninit();
+    // Deletes the dialog. While a box is open or the host handles a message, the dialog only goes out of
+    // sight, leaves the camera alone and is deleted when its operation is over; Uninit then does nothing
+    // either.
+    void Destroy();
 
     // The newest complete table, for a frame; null entries before Init and after Uninit. Any thread.
     orlune::PublishedTable::Snapshot AcquireLut() const;
@@ -89,6 +93,19 @@ private slots:
     void on_objStandardComboBox_currentIndexChanged(QString text);
 
 private:
+    // Stands in every operation during which the host can act, by an event loop or a message.
+    class Operation
+    {
+    public:
+        explicit Operation(OrluneDlg& dialog) : m_dialog(dialog) { ++m_dialog.m_operations; }
+        ~Operation();
+        Operation(const Operation&) = delete;
+        Operation& operator=(const Operation&) = delete;
+
+    private:
+        OrluneDlg& m_dialog;
+    };
+
     enum Source { kStandard = 0, kDevice = 1, kLutFile = 2, kCsv = 3, kDefault = 4 };
 
     // One setting and everything that shows or changes it.
@@ -187,6 +204,8 @@ private:
     orlune::LutImage* BaseImage = nullptr;
     QString StandardName;
     QMap<QString, QString> StandardLutMap; // name to canonical path
+    int m_operations = 0;                  // that run, one inside the other
+    bool m_abandoned = false;              // to be deleted after them
 };
 
 #endif

@@ -113,6 +113,7 @@ void OrluneDlg::ApplySlider(const ControlRow& row, int value)
 // that must find nothing to do.
 void OrluneDlg::ApplyEdit(const ControlRow& row)
 {
+    const Operation running(*this);
     const int newValue = (this->*row.Edit)->text().toInt();
     const int oldValue = (PlotterWidget->*row.Get)();
     if (newValue == oldValue)

@@ -45,6 +45,7 @@ int OrluneDlg::WriteCsvFile(const QString& path)
 // upper-case suffix is refused before a file is touched.
 void OrluneDlg::on_objSaveLutButton_clicked()
 {
+    const Operation running(*this);
     const QString path = QFileDialog::getSaveFileName(nullptr, tr("Save Lut"), FileDialogDirectory(),
                                                       tr("Lut file (*.lut);;csv file (*.csv)"));
     if (path.isEmpty())

@@ -18,6 +18,7 @@ using namespace orlune;
 
 void OrluneDlg::SlotRadioButtonGroupSwitched()
 {
+    const Operation running(*this);
     const struct
     {
         const QRadioButton* radio;
@@ -84,6 +85,7 @@ int OrluneDlg::LoadStandardSource()
 
 void OrluneDlg::on_objStandardComboBox_currentIndexChanged(QString text)
 {
+    const Operation running(*this);
     const int code = TakeStandardLut(text);
     if (code == kSuccess)
         return;

@@ -195,6 +195,11 @@ int OrlunePlugin::CreateDialog(PluginInitParam* pstParam)
     m_pDlg = new (std::nothrow) OrluneDlg(pstParam, pstParam->parentWidget);
     if (!m_pDlg)
         return kPluginGeneralError;
+    // A host that deletes the parent first takes the dialog with it.
+    connect(m_pDlg, &QObject::destroyed, this, [this](QObject* dialog) {
+        if (m_pDlg == dialog)
+            m_pDlg = nullptr;
+    });
     m_pDlg->setWindowFlags(Qt::Dialog | Qt::WindowMinimizeButtonHint);
     const QString device = DeviceDisplayName(pstParam->deviceInfoMap);
     if (!device.isNull())
@@ -215,6 +220,7 @@ void OrlunePlugin::UninitDialog()
 
 void OrlunePlugin::DestroyDialog()
 {
-    delete m_pDlg;
+    if (m_pDlg)
+        m_pDlg->Destroy();
     m_pDlg = nullptr;
 }

@@ -100,9 +100,16 @@ public:
     }
     ~ModuleHost() override
     {
-        plugin->UninitPlugin();
-        m_destroy(plugin);
+        end();
         m_library.unload();
+    }
+
+    void end()
+    {
+        if (!plugin)
+            return;
+        plugin->UninitPlugin();
+        m_destroy(std::exchange(plugin, nullptr));
     }
 
     // Again only after UninitPlugin.
@@ -180,9 +187,9 @@ public:
     IPlugin* plugin = nullptr;
     QDialog* dialog = nullptr;
     int initResult = 0;
-    QStringList boxes;     // "title|text" of each message box; closed by themselves
-    QVector<int> messages; // codes from the plug-in
-    std::function<void()> whileBoxOpen;
+    QStringList boxes;                  // "title|text" of each message box; closed by themselves
+    QVector<int> messages;              // codes from the plug-in
+    std::function<void()> whileBoxOpen; // or a file dialog
     std::function<void(int)> onCode;
 
     // What the next file dialogs are answered with; empty cancels.
@@ -201,6 +208,8 @@ protected:
                 whileBoxOpen();
             QMetaObject::invokeMethod(box, "accept", Qt::QueuedConnection);
         } else if (auto* files = qobject_cast<QFileDialog*>(watched)) {
+            if (whileBoxOpen)
+                whileBoxOpen();
             fileDialogs << files->windowTitle() + QLatin1Char('|') +
                                files->nameFilters().join(QLatin1String(";;"));
             const QString answer = fileAnswers.isEmpty() ? QString() : fileAnswers.takeFirst();

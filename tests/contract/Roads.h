@@ -199,6 +199,14 @@ struct Road
     }
 };
 
+// The files are those that startAndLearn() has kept.
+inline void takeSource(ModuleHost& editor, int source)
+{
+    if (source == LutFile || source == Csv)
+        editor.fileAnswers << QDir::current().filePath(source == Csv ? "kept.csv" : "kept.lut");
+    editor.click(kRadios[source]);
+}
+
 inline std::vector<Road> makeRoads()
 {
     const auto nothing = [](Rig&) {};
@@ -214,11 +222,7 @@ inline std::vector<Road> makeRoads()
     }
     const char* const names[] = {"Standard", "Device", "Lut File", "CSV File", "Default"};
     for (int source = Standard; source <= Default; ++source) {
-        const auto take = [source](ModuleHost& e) {
-            if (source == LutFile || source == Csv)
-                e.fileAnswers << QDir::current().filePath(source == Csv ? "kept.csv" : "kept.lut");
-            e.click(kRadios[source]);
-        };
+        const auto take = [source](ModuleHost& e) { takeSource(e, source); };
         roads.push_back({QByteArray(names[source]) + " taken", Road::Default, source == Device,
                          [source](Rig& rig) {
                              if (source == Standard)

@@ -4,6 +4,9 @@
 #include <QMetaMethod>
 #include <QProcess>
 
+using Act = std::function<void(ModuleHost&)>;
+Q_DECLARE_METATYPE(Act)
+
 namespace {
 
 QByteArray outputOf(const QString& program, const QStringList& arguments)
@@ -34,6 +37,12 @@ private slots:
     void failedInit();
     void showAndHide();
     void onlyOneInit();
+    void parentGoesFirst();
+    void objectGoesFirst();
+    void hostLeaves_data();
+    void hostLeaves();
+    void handlerThatRunsEvents_data();
+    void handlerThatRunsEvents();
     void loadedAgainAndAgain();
     void severalAtOnce();
 };
@@ -276,6 +285,158 @@ void tst_Module::onlyOneInit()
     QCOMPARE(host.plugin->InitPlugin(&param), -3);
     QCOMPARE(host.plugin->GetErrorText(0), "success");
     QCOMPARE(host.parent.findChildren<QDialog*>().size(), 1);
+}
+
+void tst_Module::parentGoesFirst()
+{
+    FakeCamera camera;
+    WorkingDirectory directory;
+    ModuleHost host(&camera);
+    host.plugin->UninitPlugin();
+    auto parent = std::make_unique<QWidget>();
+    PluginInitParam param{};
+    param.remoteDeviceMap = &camera;
+    param.parentWidget = parent.get();
+    QCOMPARE(host.plugin->InitPlugin(&param), 0);
+    host.send(MSG_SHOW_DIALOG);
+    parent.reset();
+    QVERIFY(host.plugin->IsDialogHidden());
+    host.send(MSG_SHOW_DIALOG);
+    std::uint16_t pixel = 0;
+    QCOMPARE(process(*host.plugin, kMono12, &pixel, &pixel, 1, 1, nullptr), -3);
+    host.plugin->UninitPlugin();
+    host.start();
+    QCOMPARE(host.initResult, 0);
+}
+
+// Without UninitPlugin the dialog is its parent's, and works on.
+void tst_Module::objectGoesFirst()
+{
+    FakeCamera camera;
+    WorkingDirectory directory;
+    ModuleHost keepsTheModule(&camera);
+    QLibrary library(QStringLiteral(ORLUNE_MODULE));
+    IPlugin* plugin = CreatePluginObjectFunction(library.resolve("CreatePluginObject"))();
+    QWidget parent;
+    PluginInitParam param{};
+    param.remoteDeviceMap = &camera;
+    param.parentWidget = &parent;
+    QCOMPARE(plugin->InitPlugin(&param), 0);
+    DestoryPluginObjectFunction(library.resolve("DestoryPluginObject"))(plugin);
+    auto* slider = parent.findChild<QSlider*>("objGammaSlider");
+    QVERIFY(slider);
+    camera.log.clear();
+    slider->setValue(150);
+    QCOMPARE(camera.log.filter("LUTValueAll.Set").size(), 1);
+}
+
+void tst_Module::hostLeaves_data()
+{
+    QTest::addColumn<int>("moment"); // a message, or 0 for a box or file dialog
+    QTest::addColumn<Act>("act");
+    const Act step = [](ModuleHost& e) { e.wheel("objGammaSlider", {0, 120}); };
+    const auto take = [](int source) { return Act([=](ModuleHost& e) { e.click(kRadios[source]); }); };
+    const Act reject = [](ModuleHost& e) { e.type("objLutRangeMinEdit", "4090"); };
+    const Act store = [](ModuleHost& e) { e.click("objWriteLutButton"); };
+    const Act save = [](ModuleHost& e) { e.click("objSaveLutButton"); };
+    const Act close = [](ModuleHost& e) { e.dialog->close(); };
+    const Act reopen = [](ModuleHost& e) {
+        e.send(MSG_HIDE_DIALOG);
+        e.send(MSG_SHOW_DIALOG);
+    };
+    QTest::newRow("box of a step") << 0 << step;
+    QTest::newRow("box of a rejected value") << 0 << reject;
+    QTest::newRow("box of a source") << 0 << take(Device);
+    QTest::newRow("box of a store") << 0 << store;
+    QTest::newRow("file dialog of a source") << 0 << take(LutFile);
+    QTest::newRow("file dialog of a save") << 0 << save;
+    for (const int message : {MSG_DEVICE_ACCESS_BEGIN, MSG_DEVICE_ACCESS_END}) {
+        QTest::addRow("step, message %d", message) << message << step;
+        QTest::addRow("source, message %d", message) << message << take(Device);
+    }
+    QTest::newRow("hidden") << int(MSG_DIALOG_HIDDEN) << close;
+    QTest::newRow("shown") << int(MSG_DIALOG_SHOWN) << reopen;
+}
+
+// A host ends the plug-in while one of its operations runs: the camera is gone, say, and a box tells the
+// person so.
+void tst_Module::hostLeaves()
+{
+    QFETCH(int, moment);
+    QFETCH(Act, act);
+    auto camera = std::make_unique<FakeCamera>();
+    camera->node<FakeCamera::Integer>("TLParamsLocked").value = 1;
+    WorkingDirectory directory;
+    ModuleHost host(camera.get());
+    host.show();
+    const auto leave = [&] {
+        host.end();
+        camera.reset();
+        host.messages.clear();
+    };
+    if (moment == 0) {
+        camera->mapFailure = FakeCamera::Failure::Camera;
+        host.whileBoxOpen = leave;
+    }
+    host.onCode = [&](int code) {
+        if (code == moment)
+            leave();
+    };
+    act(host);
+    QVERIFY(!camera);
+    QVERIFY(host.boxes.size() <= int(moment == 0));
+    QCOMPARE(host.messages, QVector<int>());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!host.parent.findChild<QDialog*>());
+}
+
+void tst_Module::handlerThatRunsEvents_data()
+{
+    QTest::addColumn<int>("outer"); // a source, or -1 for a step
+    QTest::addColumn<int>("inner");
+    for (const int outer : {-1, int(Device), int(Default)}) {
+        for (const int inner : {-1, int(Device), int(Default)})
+            QTest::addRow("%d in %d", inner, outer) << outer << inner;
+    }
+}
+
+// A person's next action comes while the host still frees the camera for the one before.
+void tst_Module::handlerThatRunsEvents()
+{
+    QFETCH(int, outer);
+    QFETCH(int, inner);
+    FakeCamera camera;
+    auto& locked = camera.node<FakeCamera::Integer>("TLParamsLocked");
+    WorkingDirectory directory;
+    ModuleHost host(&camera);
+    host.show();
+    const auto act = [&](int source, const char* slider) {
+        source < 0 ? host.wheel(slider, {0, 120}) : host.click(kRadios[source]);
+    };
+    locked.value = 1;
+    host.onCode = [&](int code) {
+        locked.value = code == MSG_DEVICE_ACCESS_END;
+        if (code == MSG_DEVICE_ACCESS_BEGIN)
+            act(inner, "objBrightnessSlider");
+    };
+    act(outer, "objGammaSlider");
+    QCOMPARE(host.messages, (QVector<int>{MSG_DEVICE_ACCESS_BEGIN, MSG_DEVICE_ACCESS_END}));
+    QCOMPARE(host.boxes, QStringList());
+
+    // Whatever came of that, the next action is as good as any.
+    locked.value = 0;
+    host.click(kRadios[Default]);
+    host.type("objContrastLineEdit", "35");
+    const QByteArray table = camera.node<FakeCamera::Register>("LUTValueAll").bytes;
+    host.fileAnswers << directory.path("table.lut");
+    host.click("objSaveLutButton");
+    QVERIFY(WorkingDirectory::read(directory.path("table.lut")) == table);
+    const char* trailer = table.constData() + 16384;
+    for (const Control& control : kControls) {
+        trailer += 4;
+        QCOMPARE(host.text(control.edit), QString::number(qFromLittleEndian<qint32>(trailer)));
+    }
+    QCOMPARE(host.text("objGammaLineEdit"), QStringLiteral("100"));
 }
 
 void tst_Module::loadedAgainAndAgain()
