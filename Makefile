@@ -2,13 +2,18 @@
 PRESET ?= release
 BUILD = build/$(PRESET)
 
-.PHONY: run test bench format format-check
+.PHONY: app run pictures test bench package package-test format format-check
 
-run:
+app:
 	scripts/setup run
 	cmake --preset $(PRESET)
 	cmake --build --preset $(PRESET) --target orlune_app
+
+run: app
 	scripts/run $(BUILD)
+
+pictures: app
+	scripts/pictures $(BUILD)
 
 test:
 	scripts/setup test
@@ -21,6 +26,16 @@ bench:
 	cmake --preset release -DORLUNE_BENCH=ON
 	cmake --build --preset release --target bench_all
 	scripts/bench build/release
+
+package:
+	scripts/setup package
+	cmake --preset package
+	cmake --build --preset package
+	rm -f build/package/*.deb
+	cpack --preset package
+
+package-test: package
+	scripts/package-test build/package
 
 format:
 	scripts/setup format

@@ -3,22 +3,23 @@
 // median of the iterations' ratios, so that a machine that changes its pace changes no ratio. What is timed
 // of ours begins with cutting the editor's table down to the frame's depth.
 //
-//   time/memcpy   how many times longer than a copy (less is better)
-//   plain/time    how many times faster than the plain loop
-//   LUT/time      how many times faster than OpenCV
+//   time/memcpy   how many times longer than a copy takes (less is better)
+//   plain/time    how many times as fast as the plain loop
+//   LUT/time      how many times as fast as OpenCV
 //
 // "memory": each run takes the next buffers of a ring larger than the caches. "warm": each run follows an
 // untimed one of its own on the same buffers.
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <new>
-#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
+
+#include <time.h>
 
 #include <benchmark/benchmark.h>
 #include <opencv2/core.hpp>
@@ -37,7 +38,7 @@ struct Path
     bool beyond; // every 64 bytes hold a word beyond the table
 };
 constexpr Path kPaths[] = {
-    {"8-bit", 8, false}, {"10-bit", 10, false}, {"12-bit", 12, false}, {"12-bit, beyond", 12, true}};
+    {"8-bit", 8, false}, {"10-bit", 10, false}, {"12-bit", 12, false}, {"12-bit beyond", 12, true}};
 
 struct Size
 {
@@ -56,7 +57,7 @@ class Ring
 {
 public:
     Ring(const Path& path, const Size& size, bool warm)
-        : m_path(path.name), m_bytes(std::size_t(size.width) * size.height * (path.bits == 8 ? 1 : 2)),
+        : m_bytes(std::size_t(size.width) * size.height * (path.bits == 8 ? 1 : 2)),
           m_frames(warm ? 1 : 1 + kRingBytes / (2 * m_bytes))
     {
         std::mt19937 random(1);
@@ -77,7 +78,6 @@ public:
     std::size_t bytes() const { return m_bytes; }
 
 private:
-    std::string m_path;
     std::size_t m_bytes;
     std::vector<Frame> m_frames;
     std::size_t m_next = 0;
@@ -135,12 +135,23 @@ void Plain(const Path& path, std::size_t bytes, const std::vector<std::int32_t>&
         PlainLoop<std::uint16_t, false>(src, dst, bytes / 2, table.data(), table.size());
 }
 
+// Time that this thread had a processor for: what else runs on the machine takes none of it.
+double ThreadSeconds()
+{
+    timespec now;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return double(now.tv_sec) + 1e-9 * double(now.tv_nsec);
+}
+
 double Median(std::vector<double> values)
 {
     const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
 }
+
+constexpr char kTime[] = "time";
+constexpr const char* kRatios[] = {"time/memcpy", "plain/time", "LUT/time"};
 
 void BenchFrames(benchmark::State& state, const Path& path, const Size& size, bool warm,
                  const orlune::KernelSet& kernels)
@@ -151,67 +162,112 @@ void BenchFrames(benchmark::State& state, const Path& path, const Size& size, bo
     if (path.bits == 8)
         std::copy(table.begin(), table.end(), bytes.ptr());
 
-    const auto seconds = [&](auto&& run) {
-        Frame& frame = ring.Next();
-        if (warm)
-            run(frame);
-        const auto start = std::chrono::steady_clock::now();
-        run(frame);
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const auto copy = [&](Frame& frame) { std::memcpy(frame.dst.get(), frame.src.get(), ring.bytes()); };
+    const auto ours = [&](Frame& frame) { Ours(path, size, kernels, frame); };
+    const auto plain = [&](Frame& frame) { Plain(path, ring.bytes(), table, frame); };
+    const auto openCv = [&](Frame& frame) {
+        const cv::Mat in(size.height, size.width, CV_8U, frame.src.get());
+        cv::Mat out(size.height, size.width, CV_8U, frame.dst.get());
+        cv::LUT(in, bytes, out);
     };
-    std::vector<double> toMemcpy, toPlain, toOpenCv;
+    Frame& frame = ring.Next();
+    plain(frame);
+    const std::vector<std::uint8_t> wanted(frame.dst.get(), frame.dst.get() + ring.bytes());
+    ours(frame);
+    if (!std::equal(wanted.begin(), wanted.end(), frame.dst.get()))
+        state.SkipWithError("another result than the plain loop's");
+
+    const auto seconds = [&](const auto& run) {
+        Frame& next = ring.Next();
+        if (warm)
+            run(next);
+        const double start = ThreadSeconds();
+        run(next);
+        return ThreadSeconds() - start;
+    };
+    std::vector<double> times, ratios[3];
     for (auto _ : state) {
-        const double copy =
-            seconds([&](Frame& frame) { std::memcpy(frame.dst.get(), frame.src.get(), ring.bytes()); });
-        const double ours = seconds([&](Frame& frame) { Ours(path, size, kernels, frame); });
-        const double plain = seconds([&](Frame& frame) { Plain(path, ring.bytes(), table, frame); });
-        state.SetIterationTime(ours);
-        toMemcpy.push_back(ours / copy);
-        toPlain.push_back(plain / ours);
-        if (path.bits == 8) {
-            const double openCv = seconds([&](Frame& frame) {
-                const cv::Mat in(size.height, size.width, CV_8U, frame.src.get());
-                cv::Mat out(size.height, size.width, CV_8U, frame.dst.get());
-                cv::LUT(in, bytes, out);
-            });
-            toOpenCv.push_back(openCv / ours);
+        const double copyTime = seconds(copy);
+        const double time = seconds(ours);
+        state.SetIterationTime(time);
+        times.push_back(time);
+        ratios[0].push_back(time / copyTime);
+        ratios[1].push_back(seconds(plain) / time);
+        if (path.bits == 8)
+            ratios[2].push_back(seconds(openCv) / time);
+    }
+    if (times.empty())
+        return;
+    state.counters[kTime] = Median(times);
+    for (std::size_t i = 0; i < std::size(kRatios); ++i)
+        if (!ratios[i].empty())
+            state.counters[kRatios[i]] = Median(ratios[i]);
+}
+
+// One line a benchmark: its time and the ratios.
+class TableReporter : public benchmark::BenchmarkReporter
+{
+public:
+    bool ReportContext(const Context& context) override
+    {
+        PrintBasicContext(&GetErrorStream(), context);
+        std::printf("%-46s %10s", "case", "time us");
+        for (const char* ratio : kRatios)
+            std::printf(" %12s", ratio);
+        std::printf("\n");
+        return true;
+    }
+
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs) {
+            std::printf("%-46s", run.run_name.function_name.c_str());
+            if (run.error_occurred) {
+                m_failed = true;
+                std::printf(" failed: %s\n", run.error_message.c_str());
+                continue;
+            }
+            std::printf(" %10.1f", run.counters.at(kTime).value * 1e6);
+            for (const char* ratio : kRatios) {
+                const auto found = run.counters.find(ratio);
+                if (found != run.counters.end())
+                    std::printf(" %12.2f", found->second.value);
+            }
+            std::printf("\n");
+            std::fflush(stdout);
         }
     }
-    state.counters["time/memcpy"] = Median(toMemcpy);
-    state.counters["plain/time"] = Median(toPlain);
-    if (path.bits == 8)
-        state.counters["LUT/time"] = Median(toOpenCv);
-}
+
+    bool failed() const { return m_failed; }
+
+private:
+    bool m_failed = false;
+};
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
     cv::setNumThreads(1);
-    const auto sets = orlune::AvailableKernelSets();
     for (const Path& path : kPaths)
         for (const Size& size : kSizes)
             for (const bool warm : {false, true}) {
-                const bool large = size.iterations < 10;
-                if ((large && warm) || (path.beyond && size.width != 4096))
+                const bool fitsNoCache = size.iterations < 10;
+                if ((fitsNoCache && warm) || (path.beyond && size.width != 4096))
                     continue;
-                for (const orlune::KernelSet& kernels : sets) {
+                for (const orlune::KernelSet& kernels : orlune::AvailableKernelSets()) {
                     const std::string name = std::string(path.name) + "/" + std::to_string(size.width) + "x" +
                                              std::to_string(size.height) + (warm ? "/warm/" : "/memory/") +
                                              kernels.name;
                     benchmark::RegisterBenchmark(name.c_str(), BenchFrames, path, size, warm, kernels)
                         ->UseManualTime()
-                        ->Unit(benchmark::kMicrosecond)
                         ->Iterations(size.iterations);
                 }
             }
-    std::string tabular = "--benchmark_counters_tabular=true";
-    std::vector<char*> arguments(argv, argv + argc);
-    arguments.insert(arguments.begin() + 1, tabular.data());
-    int count = int(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    TableReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    return reporter.failed() ? 1 : 0;
 }

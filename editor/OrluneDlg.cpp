@@ -1,5 +1,6 @@
 #include "editor/OrluneDlg.h"
 
+#include <memory>
 #include <new>
 
 #include <QCoreApplication>
@@ -45,8 +46,10 @@ constexpr ErrorText kErrorTexts[] = {
 } // namespace
 
 OrluneDlg::OrluneDlg(PluginInitParam* initParam, QWidget* parent)
-    : QDialog(parent), Ui(new Ui_OrluneDlg), StandardName(kDefaultStandardName)
+    : QDialog(parent), StandardName(kDefaultStandardName)
 {
+    auto form = std::make_unique<Ui_OrluneDlg>(); // the destructor's only when nothing can fail any more
+    Ui = form.get();
     Ui->setupUi(this);
     SetOemIcon();
     RemoteNodeMap = initParam->remoteDeviceMap;
@@ -82,6 +85,7 @@ OrluneDlg::OrluneDlg(PluginInitParam* initParam, QWidget* parent)
         slider->setRange(row->Accepted.low, row->Accepted.high);
         slider->setSingleStep(kSliderSingleStep);
     }
+    form.release();
 }
 
 OrluneDlg::~OrluneDlg()

@@ -66,20 +66,28 @@ int ReadCsvFile(const QString& path, LutImage& current, LutImage& base)
     QFile file(path);
     if (!OpenToRead(file))
         return kOpenFailed;
-    QTextStream text(&file);
-    current = LutImage{};
     base = LutImage{};
-    for (qint32& entry : current.Entries) {
+    const int code = ReadCsv(file, current, nullptr);
+    if (code == kSuccess)
+        base = current;
+    return code;
+}
+
+int ReadCsv(QIODevice& device, LutImage& image, int* badLine)
+{
+    QTextStream text(&device);
+    image = LutImage{};
+    for (int i = 0; i < kLutEntries; ++i) {
         const QString line = text.readLine(kMaxCsvLine);
-        if (line.isEmpty() || line.size() == kMaxCsvLine)
-            return kInvalidData;
         bool isNumber = false;
-        const int value = line.toInt(&isNumber, 10);
-        if (!isNumber || value > kLutMaxOutput)
+        const int value = line.size() < kMaxCsvLine ? line.toInt(&isNumber, 10) : 0;
+        if (!isNumber || value > kLutMaxOutput) {
+            if (badLine)
+                *badLine = i + 1;
             return kInvalidData;
-        entry = value;
+        }
+        image.Entries[i] = value;
     }
-    base = current;
     return kSuccess;
 }
 
@@ -92,10 +100,16 @@ int WriteLutFile(const QString& path, const LutImage& image, bool withTrailer)
 
 int WriteCsvFile(const QString& path, const LutImage& image)
 {
+    const QByteArray text = CsvText(image);
+    return WriteWhole(path, text.constData(), text.size()) ? kSuccess : kOpenFailed;
+}
+
+QByteArray CsvText(const LutImage& image)
+{
     QByteArray text;
     for (qint32 entry : image.Entries)
         text += QByteArray::number(entry) + '\n';
-    return WriteWhole(path, text.constData(), text.size()) ? kSuccess : kOpenFailed;
+    return text;
 }
 
 } // namespace orlune

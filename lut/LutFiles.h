@@ -13,9 +13,12 @@
 #ifndef ORLUNE_LUT_LUTFILES_H
 #define ORLUNE_LUT_LUTFILES_H
 
+#include <QByteArray>
 #include <QString>
 
 #include "lut/LutImage.h"
+
+class QIODevice;
 
 namespace orlune {
 
@@ -41,12 +44,19 @@ int ReadBaseLutFile(const QString& path, LutImage& base);
 //                 holds the entries read so far, everything else in both images is zero
 int ReadCsvFile(const QString& path, LutImage& current, LutImage& base);
 
+// The same from a device that is open for reading into one image: kInvalidData, and then *badLine is the
+// number, from 1, of the line at which reading stopped, or success. badLine may be null.
+int ReadCsv(QIODevice& device, LutImage& image, int* badLine);
+
 // Writes the image's 16424 bytes, or without the trailer its first 16384.
 //   kOpenFailed   the file can't be written; there is no new file and the old one is as it was
 int WriteLutFile(const QString& path, const LutImage& image, bool withTrailer);
 
 // Writes the 4096 entries, each in decimal and followed by "\n". Fails as WriteLutFile does.
 int WriteCsvFile(const QString& path, const LutImage& image);
+
+// What WriteCsvFile writes.
+QByteArray CsvText(const LutImage& image);
 
 } // namespace orlune
 

@@ -1,6 +1,7 @@
 #include "lut/LutImage.h"
 
 #include <algorithm>
+#include <bitset>
 #include <cstring>
 #include <numeric>
 
@@ -28,6 +29,16 @@ void MakeIdentity(LutImage& image)
 {
     image = LutImage{};
     std::iota(std::begin(image.Entries), std::end(image.Entries), 0);
+}
+
+int LostCodes(const LutImage& image)
+{
+    std::bitset<kLutEntries> reached;
+    for (qint32 output : image.Entries) {
+        if (kRangeLimits.Contains(output))
+            reached.set(std::size_t(output));
+    }
+    return kLutEntries - int(reached.count());
 }
 
 std::optional<LutTrailer> ReadTrailer(const LutImage& image)

@@ -63,6 +63,10 @@ struct LutTrailer
 // Entry i becomes i; the trailer becomes zero.
 void MakeIdentity(LutImage& image);
 
+// How many of the 4096 outputs no input reaches, which is how many of the inputs can't be told apart any
+// more. Entries outside 0..4095 reach none.
+int LostCodes(const LutImage& image);
+
 // The trailer, or nothing when its first four bytes are not the magic. Values come as they stand: no limit is
 // tested.
 std::optional<LutTrailer> ReadTrailer(const LutImage& image);

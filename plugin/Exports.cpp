@@ -11,7 +11,11 @@
 
 ORLUNE_EXPORT IPlugin* CreatePluginObject()
 {
-    return new (std::nothrow) OrlunePlugin;
+    try {
+        return new (std::nothrow) OrlunePlugin;
+    } catch (const std::bad_alloc&) { // what the object itself holds
+        return nullptr;
+    }
 }
 
 ORLUNE_EXPORT void DestoryPluginObject(IPlugin* pPlugin)

@@ -47,10 +47,10 @@ public:
     // code.
     virtual const char* GetErrorText(int nCode) = 0;
 
-    // Builds the dialog for a camera. 0: it runs. -1: no dialog object; the object is as it was created, but
-    // for the language. -2: no memory for the validators, -4: the probe of the camera's LUT nodes failed, -5:
-    // the standard curves are missing; the dialog then exists unconnected until UninitPlugin. -3: null record
-    // or map, or the plug-in is initialised already; nothing was changed.
+    // Builds the dialog for a camera. 0: it runs. -1: no memory for the dialog; the object is as it was
+    // created, but for the language. -2: no memory for the validators, -4: the probe of the camera's LUT
+    // nodes failed, -5: the standard curves are missing; the dialog then exists unconnected until
+    // UninitPlugin. -3: null record or map, or the plug-in is initialised already; nothing was changed.
     virtual int InitPlugin(PluginInitParam* pstParam) = 0;
 
     // Deletes the dialog. Does nothing while there is none.

@@ -134,6 +134,16 @@ int OrlunePlugin::InitPlugin(PluginInitParam* pstParam)
 {
     if (!pstParam || !pstParam->remoteDeviceMap || m_pDlg)
         return kPluginInvalidParam;
+    try {
+        return Start(pstParam);
+    } catch (const std::bad_alloc&) { // no exception reaches the host
+        DestroyDialog();
+        return kPluginGeneralError;
+    }
+}
+
+int OrlunePlugin::Start(PluginInitParam* pstParam)
+{
     LoadLanguage(pstParam->languageId); // first: the dialog's texts are translated while it is built
     m_strDisplayName = ToPlainString(QObject::tr("Orlune Plugin"));
     m_strDescription =

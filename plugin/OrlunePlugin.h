@@ -16,7 +16,7 @@ class OrluneDlg;
 // Results of IPlugin's operations; GetErrorText has the text of each.
 enum PluginResult : int {
     kPluginSuccess = 0,
-    kPluginGeneralError = -1, // no dialog object
+    kPluginGeneralError = -1, // no dialog object, or not all that it needs
     kPluginNoMemory = -2,
     kPluginInvalidParam = -3,
     kPluginProbeFailed = -4,
@@ -77,6 +77,7 @@ public:
                           const std::int32_t* table);
 
 private:
+    int Start(PluginInitParam* pstParam);
     bool SampleLut(std::int32_t* table, int nEntries, int nShift);
 
     OrluneDlg* m_pDlg; // owned between CreateDialog and DestroyDialog

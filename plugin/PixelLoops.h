@@ -27,7 +27,7 @@ void Map16Vbmi(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, 
 namespace {
 
 constexpr std::size_t kLine = 64;            // bytes of a cache line
-constexpr std::size_t kPrefetchAhead = 2048; // bytes; beyond a page's end the processor's own prefetch stops
+constexpr std::size_t kPrefetchAhead = 4096; // bytes; the processor's own prefetch stops at a page's end
 
 // The caller may prefetch past the end of a buffer: it reads nothing.
 inline void Prefetch(const std::uint8_t* at)

@@ -47,18 +47,22 @@ inline void LoadLine(Line& line, const std::uint8_t* src, const std::uint8_t* ds
 {
     Prefetch(src);
     Prefetch(dst);
-    std::memcpy(line, src, sizeof line);
+    for (std::size_t i = 0; i < kLine / 8; ++i) // one at a time, into registers
+        std::memcpy(&line[i], src + 8 * i, 8);
 }
 
-// Makes the 16-bit words of a line at most limit.
-inline void Limit(Line& line, std::uint16_t limit)
+// The line at src again, its 16-bit words at most limit.
+inline void LoadLimited(Line& line, const std::uint8_t* src, std::uint16_t limit)
 {
     typedef std::uint16_t Words __attribute__((vector_size(16)));
-    Words parts[kLine / sizeof(Words)];
-    std::memcpy(parts, line, sizeof line);
-    for (Words& words : parts)
+    alignas(16) std::uint8_t limited[kLine];
+    for (std::size_t i = 0; i < kLine; i += sizeof(Words)) {
+        Words words;
+        std::memcpy(&words, src + i, sizeof words);
         words = words < limit ? words : words * 0 + limit;
-    std::memcpy(line, parts, sizeof line);
+        std::memcpy(limited + i, &words, sizeof words);
+    }
+    std::memcpy(line, limited, sizeof line);
 }
 
 } // namespace
@@ -90,7 +94,7 @@ void Map16Baseline(const std::uint16_t* srcWords, std::uint16_t* dstWords, std::
 {
     const PairTables<std::uint16_t, std::uint32_t, kMaxFrameTable> tables(table, entries);
     const auto last = std::uint16_t(entries - 1);
-    // The bits that are set in no index up to a power of two that the table holds.
+    // The bits of a word that no index below the largest power of two within the table has.
     std::uint64_t beyond = 0xffffffffffffffff;
     for (int power = 1; power <= entries; power *= 2)
         beyond = ~(std::uint64_t(power - 1) * 0x0001000100010001);
@@ -105,7 +109,7 @@ void Map16Baseline(const std::uint16_t* srcWords, std::uint16_t* dstWords, std::
         for (const std::uint64_t four : line)
             bits |= four;
         if (__builtin_expect((bits & beyond) != 0, 0))
-            Limit(line, last);
+            LoadLimited(line, src, last);
         std::uint8_t* to = dst;
         for (const std::uint64_t four : line) {
             Store(to, tables.Two(std::uint32_t(four)));

@@ -1,5 +1,5 @@
 // AVX-512 VBMI: one instruction looks up 64 bytes in a table of 128, and a few of them in one of 256 bytes or
-// of 1024 words. Larger tables go the way of AVX2.
+// of 1024 words of 10 bits. Every other table goes the way of any processor.
 #include <immintrin.h>
 
 #include "PixelLoops.h"
@@ -12,6 +12,18 @@ inline __m512i Select(const std::uint8_t* table, int part, __m512i indices)
 {
     return _mm512_permutex2var_epi8(_mm512_load_si512(table + 128 * part), indices,
                                     _mm512_load_si512(table + 128 * part + 64));
+}
+
+// The same in two parts or four; the masks hold the next higher bits of the indices.
+inline __m512i SelectOf2(const std::uint8_t* table, int part, __m512i indices, __mmask64 bit7)
+{
+    return _mm512_mask_mov_epi8(Select(table, part, indices), bit7, Select(table, part + 1, indices));
+}
+
+inline __m512i SelectOf4(const std::uint8_t* table, int part, __m512i indices, __mmask64 bit7, __mmask64 bit8)
+{
+    return _mm512_mask_mov_epi8(SelectOf2(table, part, indices, bit7), bit8,
+                                SelectOf2(table, part + 2, indices, bit7));
 }
 
 class ByteTable
@@ -29,68 +41,68 @@ public:
     void Lookup(__m512i (&x)[kVectors]) const
     {
         for (__m512i& pixels : x)
-            pixels = _mm512_mask_mov_epi8(Select(m_bytes, 0, pixels), _mm512_movepi8_mask(pixels),
-                                          Select(m_bytes, 1, pixels));
+            pixels = SelectOf2(m_bytes, 0, pixels, _mm512_movepi8_mask(pixels));
     }
 
 private:
     alignas(64) std::uint8_t m_bytes[256];
 };
 
+// Up to 1024 entries of 10 bits: their low bytes, and their high two bits packed four to a byte.
 class WordTable
 {
 public:
     static constexpr int kVectors = 2;
     static constexpr std::size_t kBytesPerPixel = 2;
-    static constexpr int kMaxEntries = 1024;
+
+    // Whether a WordTable can hold them.
+    static bool Takes(const std::int32_t* table, int entries)
+    {
+        std::int32_t bits = 0;
+        for (int i = 0; i < entries; ++i)
+            bits |= table[i];
+        return entries <= kMaxEntries && (bits & ~1023) == 0;
+    }
 
     WordTable(const std::int32_t* table, int entries) : m_last(_mm512_set1_epi16(short(entries - 1)))
     {
         for (int i = 0; i < entries; ++i) {
             m_low[i] = std::uint8_t(table[i]);
-            m_high[i] = std::uint8_t(table[i] >> 8);
+            m_high[i / 4] |= std::uint8_t(table[i] >> 8 << 2 * (i % 4));
         }
     }
 
     void Lookup(__m512i (&x)[kVectors]) const
     {
-        const __m512i lowByte = _mm512_set1_epi16(0xff);
         const __m512i a = _mm512_min_epu16(x[0], m_last);
         const __m512i b = _mm512_min_epu16(x[1], m_last);
-        const __m512i low = _mm512_packus_epi16(_mm512_and_si512(a, lowByte), _mm512_and_si512(b, lowByte));
-        const __m512i high = _mm512_packus_epi16(_mm512_srli_epi16(a, 8), _mm512_srli_epi16(b, 8));
-        const __mmask64 bit7 = _mm512_movepi8_mask(low);
-        const __mmask64 bit8 = _mm512_test_epi8_mask(high, _mm512_set1_epi8(1));
-        const __mmask64 bit9 = _mm512_test_epi8_mask(high, _mm512_set1_epi8(2));
-        const __m512i lowResult = SelectOf8(m_low, low, bit7, bit8, bit9);
-        const __m512i highResult = SelectOf8(m_high, low, bit7, bit8, bit9);
+        const __m512i lowByte = _mm512_set1_epi16(0xff);
+        const __m512i bits0To7 =
+            _mm512_packus_epi16(_mm512_and_si512(a, lowByte), _mm512_and_si512(b, lowByte));
+        const __m512i bits2To9 = _mm512_packus_epi16(_mm512_srli_epi16(a, 2), _mm512_srli_epi16(b, 2));
+        const __mmask64 bit7 = _mm512_movepi8_mask(bits0To7);
+        const __mmask64 bit8 = _mm512_movepi8_mask(_mm512_add_epi8(bits2To9, bits2To9));
+        const __mmask64 bit9 = _mm512_movepi8_mask(bits2To9);
+        const __m512i low = _mm512_mask_mov_epi8(SelectOf4(m_low, 0, bits0To7, bit7, bit8), bit9,
+                                                 SelectOf4(m_low, 4, bits0To7, bit7, bit8));
+        // Each result's byte of the packed table, shifted right by twice the index's low two bits.
+        const __m512i bytesAt = _mm512_set1_epi64(0x3830282018100800);
+        const __m512i shifts = _mm512_and_si512(_mm512_add_epi8(bits0To7, bits0To7), _mm512_set1_epi8(6));
+        const __m512i packed = SelectOf2(m_high, 0, bits2To9, bit9);
+        // With a mask of all, since GCC 12 warns within its own header of the form without one.
+        const __m512i shifted =
+            _mm512_maskz_multishift_epi64_epi8(~__mmask64(0), _mm512_or_si512(bytesAt, shifts), packed);
+        const __m512i high = _mm512_and_si512(shifted, _mm512_set1_epi8(3));
         // Undoes the order that packing gave the pixels.
-        x[0] = _mm512_unpacklo_epi8(lowResult, highResult);
-        x[1] = _mm512_unpackhi_epi8(lowResult, highResult);
+        x[0] = _mm512_unpacklo_epi8(low, high);
+        x[1] = _mm512_unpackhi_epi8(low, high);
     }
 
 private:
-    static inline __m512i SelectOf2(const std::uint8_t* table, int part, __m512i indices, __mmask64 bit7)
-    {
-        return _mm512_mask_mov_epi8(Select(table, part, indices), bit7, Select(table, part + 1, indices));
-    }
-
-    static inline __m512i SelectOf4(const std::uint8_t* table, int part, __m512i indices, __mmask64 bit7,
-                                    __mmask64 bit8)
-    {
-        return _mm512_mask_mov_epi8(SelectOf2(table, part, indices, bit7), bit8,
-                                    SelectOf2(table, part + 2, indices, bit7));
-    }
-
-    static inline __m512i SelectOf8(const std::uint8_t* table, __m512i indices, __mmask64 bit7,
-                                    __mmask64 bit8, __mmask64 bit9)
-    {
-        return _mm512_mask_mov_epi8(SelectOf4(table, 0, indices, bit7, bit8), bit9,
-                                    SelectOf4(table, 4, indices, bit7, bit8));
-    }
+    static constexpr int kMaxEntries = 1024;
 
     alignas(64) std::uint8_t m_low[kMaxEntries] = {};
-    alignas(64) std::uint8_t m_high[kMaxEntries] = {};
+    alignas(64) std::uint8_t m_high[kMaxEntries / 4] = {};
     __m512i m_last;
 };
 
@@ -160,7 +172,7 @@ void Map8Vbmi(const std::uint8_t* src, std::uint8_t* dst, std::size_t count, con
 void Map16Vbmi(const std::uint16_t* src, std::uint16_t* dst, std::size_t count, const std::int32_t* table,
                int entries)
 {
-    if (entries <= WordTable::kMaxEntries)
+    if (WordTable::Takes(table, entries))
         MapAll(reinterpret_cast<const std::uint8_t*>(src), reinterpret_cast<std::uint8_t*>(dst), 2 * count,
                WordTable(table, entries));
     else

@@ -1,20 +1,18 @@
 #include "host/app/CameraList.h"
 
-#include <functional>
-
+#include "host/aravis/AravisCameras.h"
 #include "host/camera/SimulatedCamera.h"
 
 namespace host {
 
 namespace {
 
-using Opener = std::function<std::unique_ptr<Camera>(const CameraRequest&, QString*)>;
+const QString kRealPrefix = QStringLiteral("aravis:");
 
-struct Kind
+QString addressOf(const QString& realKey)
 {
-    CameraEntry entry;
-    Opener open;
-};
+    return realKey.mid(kRealPrefix.size());
+}
 
 std::unique_ptr<Camera> openSimulated(const CameraRequest& request, QString* error)
 {
@@ -31,53 +29,71 @@ std::unique_ptr<Camera> openSimulated(const CameraRequest& request, QString* err
     return makeSimulatedCamera(options, error);
 }
 
-const QVector<Kind>& kinds()
-{
-    static const QVector<Kind> list = {
-        {{"lut", "Simulated, LUT under the parameter lock", true}, openSimulated},
-        {{"lut-enable", "Simulated, LUT with LUTEnable", true}, openSimulated},
-        {{"no-lut", "Simulated, without LUT", false}, openSimulated},
-    };
-    return list;
-}
-
 } // namespace
 
 const QVector<CameraEntry>& cameraEntries()
 {
-    static const QVector<CameraEntry> entries = [] {
-        QVector<CameraEntry> list;
-        for (const Kind& kind : kinds())
-            list += kind.entry;
-        return list;
-    }();
+    static const QVector<CameraEntry> entries = {
+        {"lut", "Simulated, LUT under the parameter lock", true},
+        {"lut-enable", "Simulated, LUT with LUTEnable", true},
+        {"no-lut", "Simulated, without LUT", false},
+    };
     return entries;
 }
 
-QStringList cameraKeys()
+QString cameraKeys()
 {
     QStringList keys;
     for (const CameraEntry& entry : cameraEntries())
         keys += entry.key;
-    return keys;
+    return keys.join(", ") + ", " + realCameraKey("ADDRESS");
 }
 
-const CameraEntry* cameraEntry(const QString& key)
+QString realCameraKey(const QString& address)
 {
+    return kRealPrefix + address;
+}
+
+bool isRealCamera(const QString& key)
+{
+    return key.startsWith(kRealPrefix) && !addressOf(key).isEmpty();
+}
+
+std::optional<CameraEntry> cameraEntry(const QString& key)
+{
+    if (isRealCamera(key))
+        return CameraEntry{key, addressOf(key), false};
     for (const CameraEntry& entry : cameraEntries()) {
         if (entry.key == key)
-            return &entry;
+            return entry;
     }
-    return nullptr;
+    return std::nullopt;
+}
+
+FoundCameras findRealCameras()
+{
+    FoundCameras found;
+    QString problem;
+    for (const FoundCamera& camera : listAravisCameras(&problem)) {
+        if (camera.problem.isEmpty())
+            found.entries += {realCameraKey(camera.address), camera.title, false};
+        else
+            found.problems += camera.problem;
+    }
+    if (!problem.isEmpty())
+        found.problems += problem;
+    else if (found.entries.isEmpty() && found.problems.isEmpty())
+        found.problems += QString("No real camera was found.");
+    return found;
 }
 
 std::unique_ptr<Camera> openCamera(const CameraRequest& request, QString* error)
 {
-    for (const Kind& kind : kinds()) {
-        if (kind.entry.key == request.camera)
-            return kind.open(request, error);
-    }
-    *error = QString("There is no camera \"%1\"; there are %2.").arg(request.camera, cameraKeys().join(", "));
+    if (isRealCamera(request.camera))
+        return openAravisCamera({addressOf(request.camera), request.pixelFormat, request.size}, error);
+    if (cameraEntry(request.camera))
+        return openSimulated(request, error);
+    *error = QString("There is no camera \"%1\"; there are %2.").arg(request.camera, cameraKeys());
     return nullptr;
 }
 

@@ -38,7 +38,8 @@ QString sceneName(const QString& text, const QDir& directory)
 
 ParsedCommandLine parseCommandLine(const QStringList& arguments, const QDir& directory)
 {
-    const QCommandLineOption camera("camera", "Camera to open: " + cameraKeys().join(", ") + ".", "CAMERA");
+    const QCommandLineOption camera("camera", "Camera to open: " + cameraKeys() + ".", "CAMERA");
+    const QCommandLineOption list("list", "Prints the cameras, the real ones in reach among them.");
     const QCommandLineOption lutBytes("lut-bytes", "Length of the camera's LUT register.", "BYTES");
     const QCommandLineOption language("language", "Language of the plug-in: en or zh.", "LANGUAGE", "en");
     const QCommandLineOption plugin("plugin", "Module to load instead of Orlune.plx beside the application.",
@@ -55,7 +56,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QDir& dir
     QCommandLineParser parser;
     parser.setApplicationDescription("A camera viewer that loads the Orlune plug-in.");
     const QCommandLineOption help({"h", "help"}, "Prints this help.");
-    parser.addOptions({camera, lutBytes, language, plugin, frames, pixelFormat, size, state, script, help});
+    parser.addOptions(
+        {camera, list, lutBytes, language, plugin, frames, pixelFormat, size, state, script, help});
     const QCommandLineOption version = parser.addVersionOption();
 
     if (!parser.parse(arguments))
@@ -75,6 +77,11 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QDir& dir
     if (!parser.positionalArguments().isEmpty())
         return wrong(QString("\"%1\" is not understood.").arg(parser.positionalArguments().constFirst()));
 
+    if (parser.isSet(list)) {
+        result.outcome = ParsedCommandLine::Outcome::List;
+        return result;
+    }
+
     const auto path = [&](const QCommandLineOption& option) {
         const QString value = parser.value(option);
         return value.isEmpty() ? QString() : QDir::cleanPath(directory.absoluteFilePath(value));
@@ -88,8 +95,12 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments, const QDir& dir
     options.scriptFile = path(script);
 
     if (parser.isSet(camera) && !cameraEntry(options.camera.camera))
-        return wrong(QString("There is no camera \"%1\"; there are %2.")
-                         .arg(options.camera.camera, cameraKeys().join(", ")));
+        return wrong(
+            QString("There is no camera \"%1\"; there are %2.").arg(options.camera.camera, cameraKeys()));
+    for (const QCommandLineOption& option : {lutBytes, frames, state}) {
+        if (isRealCamera(options.camera.camera) && parser.isSet(option))
+            return wrong(QString("--%1 is for simulated cameras.").arg(option.names().constFirst()));
+    }
     if (parser.isSet(lutBytes)) {
         bool number = false;
         options.camera.lutBytes = parser.value(lutBytes).toInt(&number);

@@ -30,7 +30,7 @@ struct Options
 
 struct ParsedCommandLine
 {
-    enum class Outcome { Run, Help, Version, Wrong };
+    enum class Outcome { Run, Help, Version, List, Wrong };
 
     Outcome outcome = Outcome::Run;
     Options options;

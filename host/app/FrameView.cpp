@@ -26,33 +26,36 @@ FrameView::FrameView(QWidget* parent) : QWidget(parent)
 void FrameView::setFrame(std::shared_ptr<const ShownFrame> frame)
 {
     m_frame = std::move(frame);
-    m_reason.clear();
-    m_before = m_after = QImage();
-    if (!m_frame->format) {
-        m_reason = tr("Frames of pixel format 0x%1 cannot be shown.")
-                       .arg(m_frame->before.pixelFormat, 8, 16, QChar('0'));
-    } else {
-        m_after = frameImage(m_frame->after, *m_frame->format);
-        m_before = m_frame->mapped ? frameImage(m_frame->before, *m_frame->format) : m_after;
-        if (m_after.isNull())
-            m_reason = tr("The camera delivers incomplete frames.");
-    }
-    probe();
-    update();
+    updateImages();
 }
 
 void FrameView::clear(const QString& reason)
 {
     m_frame.reset();
     m_reason = reason;
-    m_before = m_after = QImage();
-    probe();
-    update();
+    updateImages();
 }
 
 void FrameView::setPictureLayout(Layout layout)
 {
     m_layout = layout;
+    updateImages();
+}
+
+// The pictures that the layout shows, and no other: large ones take their time.
+void FrameView::updateImages()
+{
+    m_before = m_after = QImage();
+    if (m_frame && !m_frame->format) {
+        m_reason = tr("Frames of pixel format 0x%1 cannot be shown.")
+                       .arg(m_frame->before.pixelFormat, 8, 16, QChar('0'));
+    } else if (m_frame) {
+        m_after = frameImage(m_frame->after, *m_frame->format);
+        if (m_frame->mapped && m_layout != Layout::After)
+            m_before = frameImage(m_frame->before, *m_frame->format);
+        m_reason = m_after.isNull() ? tr("The camera delivers incomplete frames.") : QString();
+    }
+    probe();
     update();
 }
 

@@ -54,6 +54,7 @@ private:
         QString title;
     };
 
+    void updateImages();
     QVector<Pane> panes() const;
     QRectF pictureRect(const QRectF& area) const;
     bool showsSplit() const;

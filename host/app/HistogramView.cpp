@@ -20,6 +20,15 @@ std::vector<std::uint32_t> columnPeaks(const std::vector<std::uint32_t>& counts,
     return peaks;
 }
 
+// The count that fills the height: the largest between the two ends. Clipped pixels pile up there and would
+// make all else look flat.
+std::uint32_t fullHeight(const std::vector<std::uint32_t>& peaks)
+{
+    const bool hasMiddle = peaks.size() > 2;
+    const std::uint32_t middle = hasMiddle ? *std::max_element(peaks.begin() + 1, peaks.end() - 1) : 0;
+    return middle > 0 ? middle : *std::max_element(peaks.begin(), peaks.end());
+}
+
 } // namespace
 
 void HistogramView::setHistogram(const Histogram& histogram, const QString& title)
@@ -44,10 +53,11 @@ void HistogramView::paintEvent(QPaintEvent*)
         // does.
         const int columns = std::min<int>(area.width(), int(counts.size()));
         const std::vector<std::uint32_t> peaks = columnPeaks(counts, columns);
-        const double full = std::sqrt(double(*std::max_element(peaks.begin(), peaks.end())));
+        const double full = std::sqrt(double(fullHeight(peaks)));
         const double width = double(area.width()) / columns;
         for (int column = 0; column < columns && full > 0; ++column) {
-            const double height = std::sqrt(double(peaks[std::size_t(column)])) / full * (area.height() - 4);
+            const double share = std::min(1.0, std::sqrt(double(peaks[std::size_t(column)])) / full);
+            const double height = share * (area.height() - 4);
             painter.fillRect(QRectF(area.left() + column * width, area.bottom() + 1 - height, width, height),
                              palette().color(QPalette::Highlight));
         }

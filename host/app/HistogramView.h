@@ -1,4 +1,4 @@
-// A histogram as a picture, codes from left to right, counts by their square roots, so
+// A histogram as a picture, codes from left to right, counts by their square roots so
 // that few pixels show beside many.
 #ifndef ORLUNE_HOST_APP_HISTOGRAMVIEW_H
 #define ORLUNE_HOST_APP_HISTOGRAMVIEW_H

@@ -54,6 +54,14 @@ QAction* addChoice(QMenu* menu, QActionGroup* group, const QString& text, const 
     return action;
 }
 
+// While it lives, the program is busy and says so.
+class WaitCursor
+{
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+};
+
 void checkChoice(QActionGroup* group, const QVariant& data)
 {
     for (QAction* action : group->actions())
@@ -155,10 +163,11 @@ void MainWindow::buildCameraMenu()
     connect(m_cameraActions, &QActionGroup::triggered, this, [this](QAction* action) {
         CameraRequest request = m_request;
         request.camera = action->data().toString();
-        if (!cameraEntry(request.camera)->hasLut)
-            request.lutBytes = -1;
         openFromMenu(request);
     });
+    m_realMenu = menu->addMenu(tr("&Real cameras"));
+    showRealCameras({{}, {tr("Searching...")}});
+    connect(m_realMenu, &QMenu::aboutToShow, this, &MainWindow::searchRealCameras);
 
     m_lengthMenu = menu->addMenu(tr("LUT &register length"));
     m_lengthActions = new QActionGroup(this);
@@ -181,6 +190,11 @@ void MainWindow::buildCameraMenu()
     m_streamAction->setShortcut(QKeySequence("Ctrl+R"));
     connect(m_streamAction, &QAction::triggered, this,
             [this](bool on) { on ? m_session.startStream() : m_session.stopStream(); });
+    menu->addAction(tr("Re&connect"), this, [this] {
+        const QString error = reconnect();
+        if (!error.isEmpty())
+            QMessageBox::warning(this, tr("Camera"), error);
+    });
     m_lockAction = menu->addAction(tr("&Lock parameters"));
     m_lockAction->setCheckable(true);
     m_lockAction->setShortcut(QKeySequence("Ctrl+L"));
@@ -264,8 +278,10 @@ void MainWindow::connectSession()
         m_editorAction->setEnabled(code == 0);
         m_editorAction->setChecked(false);
         m_editorPlaced = false;
+        m_pluginProblem =
+            code == 0 ? QString() : tr("The plug-in did not start: %1 (%2)").arg(text).arg(code);
         if (code != 0)
-            log(tr("The plug-in did not start: %1 (%2)").arg(text).arg(code));
+            log(m_pluginProblem);
     });
 }
 
@@ -273,6 +289,12 @@ QString MainWindow::openCamera(CameraRequest request)
 {
     if (request.camera.isEmpty())
         request.camera = cameraEntries().constFirst().key;
+    if (!cameraEntry(request.camera)->choosesLength)
+        request.lutBytes = -1;
+    // It would find its other connection in its way.
+    if (m_session.camera() && isRealCamera(request.camera) && request.camera == m_request.camera)
+        return reconnect();
+    const WaitCursor cursor;
     QString error;
     std::unique_ptr<Camera> camera = host::openCamera(request, &error);
     if (!camera)
@@ -284,6 +306,15 @@ QString MainWindow::openCamera(CameraRequest request)
     updateCameraMenus();
     m_faultsMenu->setEnabled(!m_session.camera()->faultNames().isEmpty());
     return {};
+}
+
+QString MainWindow::reconnect()
+{
+    const WaitCursor cursor;
+    const QString error = m_session.reconnect();
+    if (error.isEmpty())
+        log(tr("Reconnected to %1").arg(m_session.camera()->name()));
+    return error;
 }
 
 QString MainWindow::setScene(const QString& scene)
@@ -309,7 +340,7 @@ void MainWindow::updateCameraMenus()
 {
     checkChoice(m_cameraActions, m_request.camera);
     checkChoice(m_lengthActions, m_request.lutBytes);
-    m_lengthMenu->setEnabled(cameraEntry(m_request.camera)->hasLut);
+    m_lengthMenu->setEnabled(cameraEntry(m_request.camera)->choosesLength);
     m_lockAction->setChecked(false);
 }
 
@@ -347,8 +378,45 @@ void MainWindow::askRegisterLength()
     openFromMenu(request);
 }
 
+void MainWindow::askAddress()
+{
+    CameraRequest request = m_request;
+    const QString address =
+        QInputDialog::getText(this, tr("Real camera"), tr("IP address, or name as --list prints it:"));
+    if (address.isEmpty())
+        return;
+    request.camera = realCameraKey(address);
+    openFromMenu(request);
+}
+
+// Its result comes into the menu when it is there, opened or not.
+void MainWindow::searchRealCameras()
+{
+    if (m_search.valid() && m_search.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+        return;
+    m_search = std::async(std::launch::async, [this] {
+        const FoundCameras found = findRealCameras();
+        QMetaObject::invokeMethod(
+            this, [this, found] { showRealCameras(found); }, Qt::QueuedConnection);
+    });
+}
+
+void MainWindow::showRealCameras(const FoundCameras& found)
+{
+    m_realMenu->clear();
+    for (const CameraEntry& entry : found.entries)
+        addChoice(m_realMenu, m_cameraActions, entry.title, entry.key);
+    for (const QString& problem : found.problems)
+        m_realMenu->addAction(problem)->setEnabled(false);
+    m_realMenu->addSeparator();
+    m_realMenu->addAction(tr("Open by &address..."), this, &MainWindow::askAddress);
+    checkChoice(m_cameraActions, m_request.camera);
+}
+
 void MainWindow::showEditor()
 {
+    if (!m_pluginProblem.isEmpty())
+        QMessageBox::warning(this, tr("Plug-in"), m_pluginProblem);
     placeEditor();
     m_session.sendToPlugin(MSG_SHOW_DIALOG);
 }
@@ -404,9 +472,13 @@ void MainWindow::showRates()
     const double rate =
         1000.0 * double(frames - m_ratedFrames) / double(qMax<qint64>(1, m_rateClock.restart()));
     m_ratedFrames = frames;
-    m_rates->setText(tr("%1 frames/s   frame path %2 ms")
-                         .arg(rate, 0, 'f', 1)
-                         .arg(double(m_mappingNanos) / 1e6, 0, 'f', 2));
+    QString text = tr("%1 frames/s   frame path %2 ms")
+                       .arg(rate, 0, 'f', 1)
+                       .arg(double(m_mappingNanos) / 1e6, 0, 'f', 2);
+    const quint64 lost = m_session.camera() ? m_session.camera()->lostFrames() : 0;
+    if (lost > 0)
+        text += tr("   %1 lost").arg(lost);
+    m_rates->setText(text);
 }
 
 void MainWindow::openPictures(const QString& path)

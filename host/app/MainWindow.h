@@ -2,11 +2,14 @@
 #ifndef ORLUNE_HOST_APP_MAINWINDOW_H
 #define ORLUNE_HOST_APP_MAINWINDOW_H
 
+#include <future>
+
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
 
 #include "host/app/Appearance.h"
+#include "host/app/CameraList.h"
 #include "host/app/CommandLine.h"
 #include "host/app/FrameView.h"
 #include "host/app/LevelsPanel.h"
@@ -28,8 +31,12 @@ public:
     MainWindow(const PluginModule& module, bool chinese, QSettings* settings);
     ~MainWindow() override;
 
-    // Replaces the camera, with a new plug-in object. Empty, or one sentence that says why the old one stays.
+    // Replaces the camera, with a new plug-in object; the real camera that is open already is reconnected.
+    // Empty, or one sentence that says why the old one stays.
     QString openCamera(CameraRequest request);
+    // Opens the connection to the camera anew; the plug-in goes on as it is. Empty, or one sentence that says
+    // why the camera is lost.
+    QString reconnect();
     // Lets the camera look at something else, as --frames takes it. Empty, or one sentence that says why not.
     QString setScene(const QString& scene);
 
@@ -37,7 +44,7 @@ public:
 
     Session& session() { return m_session; }
 
-    void showEditor();
+    void showEditor(); // or a box that says why there is none
     void hideEditor();
 
 protected:
@@ -60,6 +67,9 @@ private:
     void openPictures(const QString& path);
     void saveShownFrame();
     void askRegisterLength();
+    void askAddress();
+    void searchRealCameras();
+    void showRealCameras(const FoundCameras& found);
 
     void showLatestFrame();
     void showRates();
@@ -84,6 +94,7 @@ private:
 
     QActionGroup* m_cameraActions;
     QActionGroup* m_lengthActions;
+    QMenu* m_realMenu;
     QMenu* m_lengthMenu;
     QActionGroup* m_layoutActions;
     QActionGroup* m_zoomActions;
@@ -93,12 +104,14 @@ private:
     QAction* m_lockAction;
     QAction* m_editorAction;
 
+    QString m_pluginProblem; // why no plug-in runs; empty while one does
     Colours m_colours = Colours::Light;
     QTimer m_rateTimer;
     QElapsedTimer m_rateClock;
     quint64 m_ratedFrames = 0;
     qint64 m_mappingNanos = 0; // of the last frame shown
     bool m_editorPlaced = false;
+    std::future<void> m_search; // for real cameras; its end waits for the search's
 };
 
 } // namespace host

@@ -84,7 +84,10 @@ int PluginObject::start(GenApi_3_0::INodeMap* deviceMap, GenApi_3_0::INodeMap* r
         return parent->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
     };
     const QList<QDialog*> before = dialogs();
+    // The plug-in sets the process's codec for its language; file names stay in the system's.
+    QTextCodec* codec = QTextCodec::codecForLocale();
     const int code = m_plugin->InitPlugin(&param);
+    QTextCodec::setCodecForLocale(codec);
     for (QDialog* dialog : dialogs()) {
         if (!before.contains(dialog))
             m_dialog = dialog;

@@ -6,8 +6,8 @@ namespace host {
 
 namespace {
 
-// What a word has to be; Rest is the rest of the line, blanks included.
-enum class Word { Name, Number, Switch, Rest };
+// What a word has to be; Count is a number from 0, Rest is the rest of the line, blanks included.
+enum class Word { Name, Number, Count, Switch, Rest };
 
 struct Form
 {
@@ -37,11 +37,13 @@ const QVector<Form>& forms()
         {"fault", Verb::Fault, {Word::Name, Word::Switch}, 2, "fault NAME on|off"},
         {"lock", Verb::Lock, {Word::Switch}, 1, "lock on|off"},
         {"stream", Verb::Stream, {Word::Switch}, 1, "stream on|off"},
-        {"camera", Verb::Camera, {Word::Name, Word::Number}, 1, "camera KEY [BYTES]"},
+        {"camera", Verb::Camera, {Word::Name, Word::Count}, 1, "camera KEY [BYTES]"},
+        {"reconnect", Verb::Reconnect, {}, 0, "reconnect"},
         {"plugin", Verb::Plugin, {}, 0, "plugin"},
         {"scene", Verb::Scene, {Word::Rest}, 1, "scene chart|ramp|PATH"},
+        {"choose", Verb::Choose, {Word::Name, Word::Rest}, 2, "choose MENU ENTRY"},
         {"screenshot", Verb::Screenshot, {Word::Rest}, 1, "screenshot FILE"},
-        {"wait", Verb::Wait, {Word::Number}, 1, "wait MILLISECONDS"},
+        {"wait", Verb::Wait, {Word::Count}, 1, "wait MILLISECONDS"},
         {"quit", Verb::Quit, {}, 0, "quit"},
     };
     return table;
@@ -59,6 +61,8 @@ bool splitWords(const QString& line, const Form& form, QStringList* words)
         bool good = true;
         if (word == Word::Number)
             text.toInt(&good);
+        else if (word == Word::Count)
+            good = text.toInt(&good) >= 0 && good;
         else if (word == Word::Switch)
             good = text == "on" || text == "off";
         if (!good)

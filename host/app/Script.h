@@ -27,8 +27,10 @@ enum class Verb {
     Lock,
     Stream,
     Camera,
+    Reconnect,
     Plugin,
     Scene,
+    Choose,
     Screenshot,
     Wait,
     Quit

@@ -11,8 +11,11 @@
 #include <QFile>
 #include <QGroupBox>
 #include <QImage>
+#include <QImageWriter>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPainter>
 #include <QRadioButton>
 #include <QTimer>
@@ -34,6 +37,31 @@ QString fingerprint(const QByteArray& bytes)
 {
     const QByteArray hash = QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
     return QString("%1 bytes, sha1 %2").arg(bytes.size()).arg(QString::fromLatin1(hash.left(kHashDigits)));
+}
+
+// One line: name, value, then what the user can do with it.
+QString describe(const QString& name, const QWidget& widget)
+{
+    QStringList parts = {name};
+    if (const auto* edit = qobject_cast<const QLineEdit*>(&widget))
+        parts += Transcript::quoted(edit->text());
+    else if (const auto* slider = qobject_cast<const QAbstractSlider*>(&widget))
+        parts += QString::number(slider->value());
+    else if (const auto* combo = qobject_cast<const QComboBox*>(&widget))
+        parts += Transcript::quoted(combo->currentText());
+    else if (const auto* label = qobject_cast<const QLabel*>(&widget))
+        parts += Transcript::quoted(label->text());
+    else if (const auto* box = qobject_cast<const QGroupBox*>(&widget))
+        parts += Transcript::quoted(box->title());
+    else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+        parts += Transcript::quoted(button->text());
+        if (button->isCheckable())
+            parts += button->isChecked() ? "on" : "off";
+    } else if (widget.isWindow())
+        parts += Transcript::quoted(widget.windowTitle());
+    parts += widget.isEnabled() ? "enabled" : "disabled";
+    parts += widget.isVisible() ? "visible" : "hidden";
+    return parts.join(' ');
 }
 
 } // namespace
@@ -96,28 +124,8 @@ QString ScriptRunner::execute(const ScriptCommand& command)
     case Verb::Click:
     case Verb::Type:
     case Verb::Wheel:
-    case Verb::Get: {
-        QWidget* widget = findWidget(first);
-        if (!widget)
-            return QString("there is no widget \"%1\"").arg(first);
-        if (command.verb == Verb::Get) {
-            describe(first, *widget);
-            return {};
-        }
-        if (!canBeUsed(first, *widget))
-            return {};
-        if (command.verb == Verb::Set)
-            return set(*widget, words.at(1));
-        if (command.verb == Verb::Click)
-            return click(*widget, words);
-        if (command.verb == Verb::Wheel)
-            turnWheel(*widget, words.at(1).toInt());
-        else if (!qobject_cast<QLineEdit*>(widget))
-            return QString("\"%1\" is no line edit").arg(first);
-        else
-            typeText(*widget, words.value(1));
-        return {};
-    }
+    case Verb::Get:
+        return useWidget(command);
     case Verb::Tab: {
         activateWindow();
         pressKey(Qt::Key_Tab);
@@ -155,11 +163,18 @@ QString ScriptRunner::execute(const ScriptCommand& command)
         request.lutBytes = words.size() > 1 ? words.at(1).toInt() : -1;
         return m_window.openCamera(request);
     }
+    case Verb::Reconnect: {
+        const QString error = m_window.reconnect();
+        m_transcript.event(error.isEmpty() ? "reconnected" : "not reconnected: " + Transcript::quoted(error));
+        return {};
+    }
     case Verb::Plugin:
         m_window.session().restartPlugin();
         return {};
     case Verb::Scene:
         return m_window.setScene(sceneName(first, m_directory));
+    case Verb::Choose:
+        return choose(first, words.at(1));
     case Verb::Screenshot:
         return screenshot(first);
     case Verb::Wait:
@@ -168,6 +183,30 @@ QString ScriptRunner::execute(const ScriptCommand& command)
     case Verb::Quit:
         return {};
     }
+    return {};
+}
+
+QString ScriptRunner::useWidget(const ScriptCommand& command)
+{
+    const QStringList& words = command.words;
+    const QString name = words.at(0);
+    QWidget* widget = findWidget(name);
+    if (!widget)
+        return QString("there is no widget \"%1\"").arg(name);
+    if (command.verb == Verb::Get)
+        m_transcript.event(describe(name, *widget));
+    else if (!widget->isVisible() || !widget->isEnabled()) // what a person cannot use, a script cannot either
+        m_transcript.event(name + (widget->isVisible() ? " is disabled" : " is hidden"));
+    else if (command.verb == Verb::Set)
+        return set(*widget, words.at(1));
+    else if (command.verb == Verb::Click)
+        return click(*widget, words);
+    else if (command.verb == Verb::Wheel)
+        turnWheel(*widget, words.at(1).toInt());
+    else if (qobject_cast<QLineEdit*>(widget))
+        typeText(*widget, words.value(1));
+    else
+        return QString("\"%1\" is no line edit").arg(name);
     return {};
 }
 
@@ -215,6 +254,26 @@ QString ScriptRunner::click(QWidget& widget, const QStringList& words)
         return QString("the widget is %1 by %2 pixels").arg(widget.width()).arg(widget.height());
     clickWidget(widget, position);
     return {};
+}
+
+// Menu and entry by the text that a person reads; the entry may stand in a menu below.
+QString ScriptRunner::choose(const QString& menu, const QString& entry)
+{
+    const auto shown = [](QString text) { return text.remove('&').remove("..."); };
+    for (const QAction* top : m_window.menuBar()->actions()) {
+        if (shown(top->text()) != menu)
+            continue;
+        for (QAction* action : top->menu()->findChildren<QAction*>()) {
+            if (action->menu() || shown(action->text()) != entry)
+                continue;
+            if (action->isEnabled())
+                action->trigger();
+            else
+                m_transcript.event(entry + " is disabled");
+            return {};
+        }
+    }
+    return QString("there is no entry \"%1\" in a menu \"%2\"").arg(entry, menu);
 }
 
 QString ScriptRunner::writeBytes(const QString& file, const QByteArray& bytes, const QString& error)
@@ -283,32 +342,10 @@ QString ScriptRunner::screenshot(const QString& file)
         x += window.width() + kScreenshotGap;
     }
     painter.end();
-    return picture.save(absolute(file)) ? QString() : QString("%1 cannot be written").arg(file);
-}
-
-// One line: name, value, then what the user can do with it.
-void ScriptRunner::describe(const QString& name, QWidget& widget)
-{
-    QStringList parts = {name};
-    if (const auto* edit = qobject_cast<QLineEdit*>(&widget))
-        parts += Transcript::quoted(edit->text());
-    else if (const auto* slider = qobject_cast<QAbstractSlider*>(&widget))
-        parts += QString::number(slider->value());
-    else if (const auto* combo = qobject_cast<QComboBox*>(&widget))
-        parts += Transcript::quoted(combo->currentText());
-    else if (const auto* label = qobject_cast<QLabel*>(&widget))
-        parts += Transcript::quoted(label->text());
-    else if (const auto* box = qobject_cast<QGroupBox*>(&widget))
-        parts += Transcript::quoted(box->title());
-    else if (const auto* button = qobject_cast<QAbstractButton*>(&widget)) {
-        parts += Transcript::quoted(button->text());
-        if (button->isCheckable())
-            parts += button->isChecked() ? "on" : "off";
-    } else if (widget.isWindow())
-        parts += Transcript::quoted(widget.windowTitle());
-    parts += widget.isEnabled() ? "enabled" : "disabled";
-    parts += widget.isVisible() ? "visible" : "hidden";
-    m_transcript.event(parts.join(' '));
+    QImageWriter writer(absolute(file));
+    writer.setCompression(100); // pictures of the documents are kept
+    return writer.write(picture) ? QString()
+                                 : QString("%1 cannot be written: %2").arg(file, writer.errorString());
 }
 
 void ScriptRunner::wait(int milliseconds)
@@ -339,15 +376,6 @@ QWidget* ScriptRunner::findWidget(const QString& name) const
             return widget;
     }
     return nullptr;
-}
-
-// What a person cannot use, a script cannot either.
-bool ScriptRunner::canBeUsed(const QString& name, const QWidget& widget)
-{
-    if (widget.isVisible() && widget.isEnabled())
-        return true;
-    m_transcript.event(name + (widget.isVisible() ? " is disabled" : " is hidden"));
-    return false;
 }
 
 QString ScriptRunner::absolute(const QString& path) const

@@ -34,20 +34,20 @@ private:
     // Each gives what is wrong with the command, or an empty text. What goes wrong in the program under the
     // script's hands is an event of the transcript instead.
     QString execute(const ScriptCommand& command);
+    QString useWidget(const ScriptCommand& command);
     QString set(QWidget& widget, const QString& value);
     QString setButton(QAbstractButton& button, const QString& value);
     QString click(QWidget& widget, const QStringList& words);
+    QString choose(const QString& menu, const QString& entry);
     QString writeBytes(const QString& file, const QByteArray& bytes, const QString& error);
     QString writeFile(const QString& name, const QByteArray& bytes) const;
     QString poke(const QString& file);
     QString writeFrame(const QString& file);
     QString screenshot(const QString& file);
-    void describe(const QString& name, QWidget& widget);
     void wait(int milliseconds);
     void activateWindow();
 
     QWidget* findWidget(const QString& name) const;
-    bool canBeUsed(const QString& name, const QWidget& widget);
     QString absolute(const QString& path) const;
 
     MainWindow& m_window;

@@ -57,6 +57,16 @@ void Session::restartPlugin()
         startStream();
 }
 
+QString Session::reconnect()
+{
+    if (!m_camera)
+        return {};
+    const QString error = m_camera->reconnect();
+    if (error.isEmpty())
+        startStream();
+    return error;
+}
+
 void Session::startPlugin()
 {
     m_plugin = std::make_unique<PluginObject>(m_module);
@@ -135,7 +145,7 @@ std::shared_ptr<const ShownFrame> Session::firstFrame(std::chrono::milliseconds 
     stopStream();
     std::future<std::shared_ptr<const ShownFrame>> frame = m_pipeline.nextFrame();
     startStream();
-    const bool came = frame.wait_for(patience) == std::future_status::ready;
+    const bool came = m_camera->isStreaming() && frame.wait_for(patience) == std::future_status::ready;
     if (!wasStreaming)
         stopStream();
     return came ? frame.get() : nullptr;

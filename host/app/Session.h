@@ -33,6 +33,10 @@ public:
     // Ends the plug-in object and starts a new one on the same camera.
     void restartPlugin();
 
+    // Opens the connection to the camera anew and starts the stream; the plug-in goes on as it is. Empty, or
+    // one sentence that says why the camera is lost.
+    QString reconnect();
+
     Camera* camera() const { return m_camera.get(); }
     QDialog* editor() const { return m_plugin ? m_plugin->dialog() : nullptr; }
     FrameMailbox& mailbox() { return m_pipeline.mailbox(); }

@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 
 #include "host/app/Appearance.h"
+#include "host/app/CameraList.h"
 #include "host/app/CommandLine.h"
 #include "host/app/MainWindow.h"
 #include "host/app/PluginModule.h"
@@ -34,6 +35,17 @@ bool hasDisplay()
            !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
+// A camera a line: key, then title.
+int listCameras()
+{
+    const host::FoundCameras found = host::findRealCameras();
+    for (const host::CameraEntry& entry : host::cameraEntries() + found.entries)
+        std::printf("%-24s%s\n", entry.key.toUtf8().constData(), entry.title.toUtf8().constData());
+    for (const QString& problem : found.problems)
+        std::printf("%s\n", problem.toUtf8().constData());
+    return kDone;
+}
+
 int runScript(host::MainWindow& window, const host::Options& options, const QDir& directory)
 {
     QFile file(options.scriptFile);
@@ -50,7 +62,8 @@ int runScript(host::MainWindow& window, const host::Options& options, const QDir
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
 
     QFile out;
-    if (!out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered))
+    // By its number: each line is out before the next thing happens.
+    if (!out.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fail(kFailed, "The transcript cannot be written.");
     host::Transcript transcript(out, directory);
     host::ScriptRunner runner(window, transcript, directory);
@@ -72,11 +85,11 @@ int runViewer(host::MainWindow& window, const host::Options& options)
         if (request.lutBytes < 0)
             request.lutBytes = window.cameraRequest().lutBytes;
     }
-    if (!window.openCamera(request).isEmpty()) {
-        const QString error = window.openCamera(options.camera);
-        if (!error.isEmpty())
-            return fail(kFailed, error);
-    }
+    QString error = window.openCamera(request);
+    if (!error.isEmpty() && options.camera.camera.isEmpty())
+        error = window.openCamera(options.camera);
+    if (!error.isEmpty())
+        return fail(kFailed, error);
     window.showEditor();
     return QApplication::exec();
 }
@@ -98,12 +111,15 @@ int main(int argc, char* argv[])
     QApplication app(qtArguments, argv);
     QApplication::setOrganizationName("Orlune");
     QApplication::setApplicationName("orlune-host");
+    QApplication::setDesktopFileName("org.orlune.Host");
 
     const QDir directory = QDir::current();
     const host::ParsedCommandLine parsed = host::parseCommandLine(arguments, directory);
     using Outcome = host::ParsedCommandLine::Outcome;
     if (parsed.outcome == Outcome::Wrong)
         return fail(kWrongInput, parsed.text);
+    if (parsed.outcome == Outcome::List)
+        return listCameras();
     if (parsed.outcome != Outcome::Run) {
         std::printf("%s\n", parsed.text.toUtf8().constData());
         return kDone;

@@ -55,11 +55,12 @@ AccessFaults::Outcome AccessFaults::access(const std::string& node, NodeOperatio
     return struck == Outcome::Works ? playSwitches(node, operation) : struck;
 }
 
-static bool canStrike(AccessFault::Kind kind, NodeOperation operation, bool exists)
+bool AccessFaults::canStrike(AccessFault::Kind kind, NodeOperation operation, bool exists)
 {
     switch (kind) {
     case AccessFault::ThrowsGenericException:
     case AccessFault::ThrowsStdException:
+    case AccessFault::ThrowsForeign:
         return true;
     case AccessFault::NodeAbsent:
     case AccessFault::WrongType:
@@ -84,6 +85,8 @@ AccessFaults::Outcome AccessFaults::strikeArmed(const std::string& node, NodeOpe
         refuseAccess("The camera does not answer.");
     case AccessFault::ThrowsStdException:
         throw std::runtime_error("The camera's driver has failed.");
+    case AccessFault::ThrowsForeign:
+        throw int(operation);
     case AccessFault::NodeAbsent:
         return Outcome::Absent;
     case AccessFault::WrongType:

@@ -26,6 +26,7 @@ struct AccessFault
     enum Kind {
         ThrowsGenericException, // strikes any access
         ThrowsStdException,     // strikes any access
+        ThrowsForeign,          // strikes any access, with what is no std::exception
         NodeAbsent,             // strikes the lookup of a node that exists
         WrongType,              // the same: the node handed out has none of the value interfaces
         NotImplemented,         // strikes any operation of a node: GetAccessMode gives NI, others throw
@@ -39,6 +40,9 @@ class AccessFaults
 {
 public:
     using Observer = std::function<void(const std::string& node, NodeOperation operation)>;
+
+    // Whether an access to a node that exists, or not, can fail this way.
+    static bool canStrike(AccessFault::Kind kind, NodeOperation operation, bool exists);
 
     // Accesses made since the object was made.
     int count() const { return m_count; }

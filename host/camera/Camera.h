@@ -46,6 +46,12 @@ public:
     virtual QString startStream() = 0;
     virtual void stopStream() = 0;
     virtual bool isStreaming() const = 0;
+    // Frames that the camera sent since the stream was started and that did not arrive whole.
+    virtual quint64 lostFrames() const { return 0; }
+
+    // Makes the connection to the camera anew, after a loss or at any time; the node maps stay, and the
+    // stream is off then. Empty, or one sentence that says why the camera is lost.
+    virtual QString reconnect() = 0;
 
     // Looks at something else from now on: what is "chart", "ramp", or the path of a picture or of a folder
     // of pictures. The stream is started anew when it runs; warnings() are those of the new pictures. Empty,

@@ -66,6 +66,11 @@ QByteArray factoryFeatures(int lutBytes)
     return QByteArray(kTables - kFeatures, '\0') + identityRegister(lutBytes).repeated(kTableCount);
 }
 
+QString unpluggedSentence()
+{
+    return SimulatedCamera::tr("The camera is unplugged.");
+}
+
 } // namespace
 
 QStringList simulatedCameraModels()
@@ -216,7 +221,7 @@ QString SimulatedCamera::startStream()
         return {};
     }
     if (isUnplugged()) {
-        return tr("The camera is unplugged.");
+        return unpluggedSentence();
     }
     try {
         m_stream.start(m_frameRate, [this](std::uint64_t number) { produceFrame(number); });
@@ -236,6 +241,12 @@ void SimulatedCamera::stopStream()
     m_stream.stop();
     updateLock();
     emit streamingChanged(false);
+}
+
+QString SimulatedCamera::reconnect()
+{
+    stopStream();
+    return isUnplugged() ? unpluggedSentence() : QString();
 }
 
 QString SimulatedCamera::setScene(const QString& what)
@@ -348,7 +359,7 @@ QString SimulatedCamera::setFault(const QString& name, bool on)
     m_faults.setSwitch(name, on);
     if (isUnplugged() && !wasUnplugged) {
         stopStream();
-        emit lost(tr("The camera is unplugged."));
+        emit lost(unpluggedSentence());
     }
     return {};
 }

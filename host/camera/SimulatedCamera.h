@@ -60,6 +60,7 @@ public:
     QString startStream() override;
     void stopStream() override;
     bool isStreaming() const override { return m_stream.isRunning(); }
+    QString reconnect() override;
     QString setScene(const QString& what) override;
 
     // Of the table that LUTSelector chooses.

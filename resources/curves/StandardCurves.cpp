@@ -1,7 +1,6 @@
 #include "curves/StandardCurves.h"
 
 #include <algorithm>
-#include <bitset>
 #include <cmath>
 #include <cstring>
 
@@ -180,14 +179,6 @@ LutImage TableOf(const CurveSource& curve)
         image.Entries[i] = std::clamp(int(std::floor(output + 0.5)), 0, kLutMaxOutput);
     }
     return image;
-}
-
-int LostCodes(const LutImage& table)
-{
-    std::bitset<kLutEntries> reached;
-    for (int output : table.Entries)
-        reached.set(std::size_t(output));
-    return int((~reached).count());
 }
 
 } // namespace orlune

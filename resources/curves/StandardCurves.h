@@ -38,10 +38,6 @@ const CurveSource* FindStandardCurve(const char* name);
 // Entry i is 4095 f(i / 4095), rounded to the nearest and limited to 0..4095. The trailer is zero.
 LutImage TableOf(const CurveSource& curve);
 
-// How many of the 4096 outputs no input reaches, which is how many of the inputs can't be told apart any
-// more.
-int LostCodes(const LutImage& table);
-
 } // namespace orlune
 
 #endif

@@ -5,12 +5,33 @@
 #define ORLUNE_TESTS_CONTRACT_MODULEHOST_H
 
 #include <functional>
+#include <numeric>
+#include <vector>
 
 #include <QtTest>
 #include <QtWidgets>
 
 #include "plugin/IPlugin.h"
 #include "support/FakeCamera.h"
+
+// The five settings.
+struct Control
+{
+    const char* edit;
+    const char* slider; // null for the range
+    int start;
+    int value; // another that is accepted
+};
+const Control kControls[] = {{"objGammaLineEdit", "objGammaSlider", 100, 200},
+                             {"objBrightnessLineEdit", "objBrightnessSlider", 0, -20},
+                             {"objContrastLineEdit", "objContrastSlider", 0, 35},
+                             {"objLutRangeMinEdit", nullptr, 0, 100},
+                             {"objLutRangeMaxEdit", nullptr, 4095, 1000}};
+
+// The five sources.
+const char* const kRadios[] = {"objInitLutRadioButton", "objDeviceLutRadioButton", "objLutFileRadioButton",
+                               "objCSVFileRadioButton", "objDefaultRadioButton"};
+enum Source { Standard, Device, LutFile, Csv, Default };
 
 // An application directory with a catalogue of two curves, made the working directory while it lives.
 class WorkingDirectory
@@ -71,13 +92,11 @@ public:
         connect(plugin, SIGNAL(SigPluginMsg(PLUGIN_MSG)), this, SLOT(onMessage(PLUGIN_MSG)));
         qApp->installEventFilter(this);
 
-        PluginInitParam param{};
-        param.remoteDeviceMap = camera;
-        param.deviceInfoMap = deviceInfo;
-        param.languageId = languageId;
-        param.parentWidget = &parent;
-        initResult = plugin->InitPlugin(&param);
-        dialog = parent.findChild<QDialog*>();
+        m_param.remoteDeviceMap = camera;
+        m_param.deviceInfoMap = deviceInfo;
+        m_param.languageId = languageId;
+        m_param.parentWidget = &parent;
+        start();
     }
     ~ModuleHost() override
     {
@@ -86,6 +105,13 @@ public:
         m_library.unload();
     }
 
+    // Again only after UninitPlugin.
+    void start()
+    {
+        PluginInitParam param = m_param; // gone when the call is over
+        initResult = plugin->InitPlugin(&param);
+        dialog = parent.findChild<QDialog*>();
+    }
     void send(int type)
     {
         PLUGIN_MSG message{};
@@ -204,6 +230,39 @@ private slots:
 private:
     QLibrary m_library;
     DestoryPluginObjectFunction m_destroy = nullptr;
+    PluginInitParam m_param{};
 };
+
+constexpr std::uint32_t kMono12 = 0x01100005;
+using Table = std::vector<std::uint16_t>;
+
+// One call with frames of one line; gives the result and sets *processed.
+inline int process(IPlugin& plugin, std::uint32_t format, const void* in, void* out, int width, int height,
+                   std::uint8_t* processed, int stage = 1)
+{
+    FrameIn source{};
+    FrameOut target{};
+    FrameResult result{};
+    source.pixelFormat = format;
+    source.data = const_cast<void*>(in);
+    memset(source.reserved8, 0x7f, sizeof source.reserved8); // the input's dimensions play no part
+    target.width = width;
+    target.height = height;
+    target.data = out;
+    const int code = plugin.ProcessFrame(&source, &target, stage, &result);
+    if (processed)
+        *processed = result.processed;
+    return code;
+}
+
+// What the frame path maps each 12-bit word to: the editor's current table.
+inline Table mappedRamp(IPlugin& plugin)
+{
+    Table ramp(4096);
+    std::iota(ramp.begin(), ramp.end(), std::uint16_t(0));
+    if (process(plugin, kMono12, ramp.data(), ramp.data(), 4096, 1, nullptr) != 0)
+        qFatal("the frame was refused");
+    return ramp;
+}
 
 #endif

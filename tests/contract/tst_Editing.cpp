@@ -9,19 +9,6 @@ const QString kDifference = "Error|The value is out of range, \nThe right value 
                             "greater than or equal to 63! ";
 const QString kCamera = QLatin1String("Error|") + QLatin1String(FakeCamera::kFailureText);
 
-struct Control
-{
-    const char* edit;
-    const char* slider; // null for the range
-    int start;
-    int value; // another that is accepted
-};
-const Control kControls[] = {{"objGammaLineEdit", "objGammaSlider", 100, 200},
-                             {"objBrightnessLineEdit", "objBrightnessSlider", 0, -20},
-                             {"objContrastLineEdit", "objContrastSlider", 0, 35},
-                             {"objLutRangeMinEdit", nullptr, 0, 100},
-                             {"objLutRangeMaxEdit", nullptr, 4095, 1000}};
-
 } // namespace
 
 class tst_Editing : public QObject

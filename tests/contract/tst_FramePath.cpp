@@ -3,7 +3,6 @@
 #include "contract/ModuleHost.h"
 
 #include <atomic>
-#include <numeric>
 #include <set>
 #include <thread>
 
@@ -19,38 +18,6 @@ const Format kFormats[] = {{0x01080001, 8},  {0x01080008, 8},  {0x01080009, 8}, 
                            {0x0110000E, 10}, {0x0110000F, 10}, {0x01100005, 12}, {0x01100010, 12},
                            {0x01100011, 12}, {0x01100012, 12}, {0x01100013, 12}};
 constexpr std::uint32_t kMono8 = 0x01080001;
-constexpr std::uint32_t kMono12 = 0x01100005;
-
-using Table = std::vector<std::uint16_t>;
-
-// One call with frames of one line; gives the result and sets *processed.
-int process(IPlugin& plugin, std::uint32_t format, const void* in, void* out, int width, int height,
-            std::uint8_t* processed, int stage = 1)
-{
-    FrameIn source{};
-    FrameOut target{};
-    FrameResult result{};
-    source.pixelFormat = format;
-    source.data = const_cast<void*>(in);
-    memset(source.reserved8, 0x7f, sizeof source.reserved8); // the input's dimensions play no part
-    target.width = width;
-    target.height = height;
-    target.data = out;
-    const int code = plugin.ProcessFrame(&source, &target, stage, &result);
-    if (processed)
-        *processed = result.processed;
-    return code;
-}
-
-// What the frame path maps each 12-bit word to: the editor's current table.
-Table mappedRamp(IPlugin& plugin)
-{
-    Table ramp(4096);
-    std::iota(ramp.begin(), ramp.end(), std::uint16_t(0));
-    if (process(plugin, kMono12, ramp.data(), ramp.data(), 4096, 1, nullptr) != 0)
-        qFatal("the frame was refused");
-    return ramp;
-}
 
 } // namespace
 

@@ -32,7 +32,7 @@ void tst_Hardening::holds_data()
     {
         const char* name;
         const char* file;
-    } programs[] = {{"module", ORLUNE_MODULE}, {"viewer", ORLUNE_HOST}};
+    } programs[] = {{"module", ORLUNE_MODULE}, {"viewer", ORLUNE_HOST}, {"tool", ORLUNE_TOOL}};
     for (const auto& program : programs)
         for (const auto& row : rows)
             QTest::addRow("%s, %s", program.name, row.what) << program.file << row.option << row.line;

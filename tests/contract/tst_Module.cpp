@@ -228,10 +228,8 @@ void tst_Module::failedInit()
     camera.add<FakeCamera::Enumeration>("LUTSelector");
     directory.~WorkingDirectory();
     new (&directory) WorkingDirectory;
-    PluginInitParam param{};
-    param.remoteDeviceMap = &camera;
-    param.parentWidget = &host.parent;
-    QCOMPARE(host.plugin->InitPlugin(&param), 0);
+    host.start();
+    QCOMPARE(host.initResult, 0);
 }
 
 void tst_Module::showAndHide()

@@ -6,9 +6,6 @@
 
 namespace {
 
-const char* const kRadios[] = {"objInitLutRadioButton", "objDeviceLutRadioButton", "objLutFileRadioButton",
-                               "objCSVFileRadioButton", "objDefaultRadioButton"};
-enum Source { Standard, Device, LutFile, Csv, Default };
 const char* const kEdits[] = {"objGammaLineEdit", "objBrightnessLineEdit", "objContrastLineEdit",
                               "objLutRangeMinEdit", "objLutRangeMaxEdit"};
 const QString kUntouched = "100 0 0 0 4095";

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include <QStringList>
+#include <QTextCodec>
 
 #include "plugin/IPlugin.h"
 
@@ -56,6 +57,8 @@ public:
     {
         log().calls += "init";
         log().languageId = param->languageId;
+        if (param->languageId == 1)
+            QTextCodec::setCodecForLocale(QTextCodec::codecForName("GB2312"));
         log().running = log().initResult == 0;
         return log().initResult;
     }

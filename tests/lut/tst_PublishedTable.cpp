@@ -55,13 +55,9 @@ void tst_PublishedTable::newestTable()
     for (int version = 0; version < 3 * PublishedTable::kSlots; ++version) {
         publish(table, version);
         QCOMPARE(versionOf(table.Acquire()), version);
-        QCOMPARE(versionOf(table.Acquire()), version);
     }
     table.Clear();
     QCOMPARE(versionOf(table.Acquire()), -1);
-    table.Clear();
-    publish(table, 100);
-    QCOMPARE(versionOf(table.Acquire()), 100);
 }
 
 void tst_PublishedTable::heldSnapshotStays()
@@ -69,13 +65,11 @@ void tst_PublishedTable::heldSnapshotStays()
     PublishedTable table;
     publish(table, 1);
     auto first = table.Acquire();
-    const auto again = table.Acquire();
     for (int version = 2; version < 3 * PublishedTable::kSlots; ++version)
         publish(table, version);
     table.Clear();
     const auto moved = std::move(first);
     QCOMPARE(versionOf(moved), 1);
-    QCOMPARE(versionOf(again), 1);
 }
 
 // With every spare slot held the writer waits for one of them; readers go on with the table from before.
@@ -117,10 +111,7 @@ void tst_PublishedTable::readersAndWriter()
             if (version == -1)
                 continue;
             // Never an older one than before, never one that was not published yet.
-            if (version < last || version > newest)
-                ++wrong;
-            if (versionOf(snapshot) != version)
-                ++wrong;
+            wrong += version < last || version > newest || versionOf(snapshot) != version;
             last = version;
             ++taken;
         }

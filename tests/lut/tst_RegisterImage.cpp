@@ -50,7 +50,7 @@ private slots:
 void tst_RegisterImage::NoRoom_data()
 {
     QTest::addColumn<qint64>("length");
-    for (qint64 length : {qint64(40), qint64(1), qint64(0), qint64(-1), std::numeric_limits<qint64>::min()})
+    for (qint64 length : {qint64(40), qint64(0), std::numeric_limits<qint64>::min()})
         QTest::addRow("%lld", length) << length;
 }
 
@@ -71,7 +71,7 @@ void tst_RegisterImage::NoRoom()
 void tst_RegisterImage::WholeBytes_data()
 {
     QTest::addColumn<int>("length");
-    for (int length : {16384, 16385, 16386, 16387, 16424, 16425, 16426, 16427})
+    for (int length : {16384, 16387, 16424, 16427})
         QTest::addRow("%d", length) << length;
 }
 
@@ -101,19 +101,13 @@ void tst_RegisterImage::Scaled_data()
     QTest::addColumn<int>("lastEntry");
     QTest::addColumn<int>("reached");  // table entries that reading back sets
     QTest::addColumn<int>("lastRead"); // the last of them
-    QTest::newRow("2048 entries") << 8232 << 2048 << 4094 / 4 << 4096 << 4092;
     QTest::newRow("1024 entries") << 4136 << 1024 << 1023 << 4096 << 4092;
     QTest::newRow("256 entries") << 1064 << 256 << 1020 << 4096 << 4080;
-    QTest::newRow("4096 bytes") << 4096 << 1014 << 1013 << 4056 << 4052;
     QTest::newRow("one entry") << 44 << 1 << 0 << 4096 << 0;
-    QTest::newRow("no entry") << 41 << 0 << 0 << 0 << 0;
-    QTest::newRow("no entry, 2 bytes") << 42 << 0 << 0 << 0 << 0;
     QTest::newRow("no entry, 3 bytes") << 43 << 0 << 0 << 0 << 0;
     QTest::newRow("odd length") << 1067 << 256 << 3825 / 4 << 3840 << 3824;
     QTest::newRow("just above the table") << 16388 << 4087 << 1021 << 4087 << 4084;
     QTest::newRow("just below the image") << 16423 << 4095 << 1023 << 4095 << 4092;
-    QTest::newRow("just above the image") << 16428 << 4097 << 1023 << 4096 << 4092;
-    QTest::newRow("8192 entries") << 32808 << 8192 << 1023 << 4096 << 4092;
     QTest::newRow("65536 entries, odd") << 262187 << 65536 << 1023 << 4096 << 4092;
 }
 

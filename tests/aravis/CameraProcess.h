@@ -1,0 +1,57 @@
+// orlune-testcamera, started and ended by a test.
+#ifndef ORLUNE_TESTS_ARAVIS_CAMERAPROCESS_H
+#define ORLUNE_TESTS_ARAVIS_CAMERAPROCESS_H
+
+#include <QtTest>
+
+#include "OwnNetwork.h"
+
+class CameraProcess
+{
+public:
+    static constexpr int kLut = 0xA000;
+    static constexpr int kLutEnable = 0xF010;
+    static constexpr int kUserSetDefault = 0xF018;
+
+    ~CameraProcess() { end(); }
+
+    // False when the port is taken.
+    bool start(const QStringList& options = {})
+    {
+        end();
+        m_process.start(ORLUNE_TESTCAMERA, QStringList{ORLUNE_TESTCAMERA_DESCRIPTION} + options);
+        return line() == "ready";
+    }
+    // Gone without a word, as with a pulled cable.
+    void kill()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    void end()
+    {
+        m_process.closeWriteChannel();
+        if (!m_process.waitForFinished(2000))
+            kill();
+    }
+    qint64 pid() const { return m_process.processId(); }
+
+    // The camera's memory, past all of the protocol.
+    QByteArray memory(int address, int length)
+    {
+        m_process.write(QStringLiteral("read %1 %2\n").arg(address).arg(length).toLatin1());
+        return QByteArray::fromHex(line());
+    }
+
+private:
+    QByteArray line()
+    {
+        while (!m_process.canReadLine() && m_process.waitForReadyRead(5000)) {
+        }
+        return m_process.readLine().trimmed();
+    }
+
+    QProcess m_process;
+};
+
+#endif

@@ -1,0 +1,244 @@
+// The roads through the plug-in that touch the camera, run on a simulated one, and what there is to see of
+// editor and camera before and after.
+#ifndef ORLUNE_TESTS_CONTRACT_ROADS_H
+#define ORLUNE_TESTS_CONTRACT_ROADS_H
+
+#include "contract/ModuleHost.h"
+
+#include "host/camera/SimulatedCamera.h"
+
+struct CameraKind
+{
+    const char* name;
+    const char* model;
+    bool locked; // by a running acquisition
+};
+// lut-enable is never asked whether it is locked, so locked covers free.
+const CameraKind kCameras[] = {{"lut", "lut", false},
+                               {"lut locked", "lut", true},
+                               {"lut-enable locked", "lut-enable", true},
+                               {"no-lut", "no-lut", false}};
+const int kNoLut = 3;
+
+// One change of a setting.
+inline void step(ModuleHost& editor)
+{
+    editor.wheel("objContrastSlider", {0, 120});
+}
+
+// An editor with a standard curve and a setting to lose.
+inline void prepare(ModuleHost& editor)
+{
+    editor.click(kRadios[Standard]);
+    editor.choose("lut4_11");
+    editor.choose("negative");
+    editor.wheel("objBrightnessSlider", {0, 120});
+}
+
+// The plug-in on a simulated camera, and all that can be seen of both.
+class Rig
+{
+public:
+    // What a person sees of the editor.
+    struct Seen
+    {
+        QString controls;
+        QImage picture;
+    };
+
+    explicit Rig(const CameraKind& kind) : m_kind(kind)
+    {
+        host::SimulatedCameraOptions options;
+        options.model = kind.model;
+        options.width = options.height = 8; // no frame is looked at
+        QString error;
+        camera = host::makeSimulatedCamera(options, &error);
+        resetCamera();
+    }
+
+    // The lock on or off, no fault waiting.
+    void resetCamera()
+    {
+        camera->setLocked(m_kind.locked);
+        faults().disarm();
+    }
+
+    // Starts the plug-in; no window shows.
+    void start()
+    {
+        editor = std::make_unique<ModuleHost>(camera->remoteNodeMap(), 0, camera->deviceNodeMap());
+        editor->onCode = [this](int code) { // a host that stops its acquisition, and goes on with it
+            if (code == MSG_DEVICE_ACCESS_BEGIN || code == MSG_DEVICE_ACCESS_END)
+                camera->setLocked(m_kind.locked && code == MSG_DEVICE_ACCESS_END);
+        };
+    }
+
+    // Starts it, shows it, learns what things look like when all is well, and keeps files to be read.
+    void startAndLearn()
+    {
+        start();
+        editor->show();
+        started = look();
+        step(*editor);
+        startedAndStepped = table();
+        for (const char* file : {"kept.lut", "kept.csv"}) {
+            editor->fileAnswers << QDir::current().filePath(file);
+            editor->click("objSaveLutButton");
+        }
+        prepare(*editor);
+        step(*editor);
+        preparedAndStepped = table();
+    }
+
+    QByteArray table() const
+    {
+        QString error;
+        return camera->registerBytes(&error);
+    }
+    QByteArray userSet() const
+    {
+        QString error;
+        return camera->userSetBytes(&error);
+    }
+    // A fresh camera has another user set selected than the one that the plug-in uses.
+    void selectFactorySet()
+    {
+        auto* node = camera->remoteNodeMap()->GetNode("UserSetSelector");
+        dynamic_cast<GenApi_3_0::IEnumeration&>(*node).SetIntValue(0);
+    }
+
+    Seen look() const
+    {
+        QStringList controls;
+        for (const char* radio : kRadios)
+            controls << QString::number(editor->find<QRadioButton>(radio).isChecked());
+        for (const Control& control : kControls) {
+            controls << editor->text(control.edit) << QString::number(editor->enabled(control.edit));
+            if (control.slider)
+                controls << QString::number(editor->slider(control.slider));
+        }
+        auto& combo = editor->find<QComboBox>("objStandardComboBox");
+        controls << combo.currentText() << QString::number(combo.isEnabled());
+        return {controls.join(' '), editor->find<QWidget>("objPlotterWidget").grab().toImage()};
+    }
+
+    // Where edits, sliders and camera contradict each other after an action that went well;
+    // empty when nowhere.
+    QString contradiction()
+    {
+        const QByteArray image = table();
+        const char* trailer = image.constData() + 16384;
+        for (const Control& control : kControls) {
+            const QString text = editor->text(control.edit);
+            if (control.slider && QString::number(editor->slider(control.slider)) != text)
+                return QString("%1 beside a slider: %2").arg(text, control.slider);
+            trailer += 4;
+            if (QString::number(qFromLittleEndian<qint32>(trailer)) != text)
+                return QString("%1 in %2 is not in the camera").arg(text, control.edit);
+        }
+        trailer += 4;
+        if (editor->find<QComboBox>("objStandardComboBox").currentText() !=
+            QString::fromLatin1(trailer, 16).section(QChar(0), 0, 0))
+            return "another standard curve in the camera";
+        return QString();
+    }
+
+    QByteArray savedTable()
+    {
+        QFile::remove("saved.lut");
+        editor->fileAnswers << QDir::current().filePath("saved.lut");
+        editor->click("objSaveLutButton");
+        return WorkingDirectory::read("saved.lut");
+    }
+
+    // Whether the plug-in's messages are accesses that were opened and closed one after the other.
+    bool bracketsAreClosed() const
+    {
+        const QVector<int>& messages = editor->messages;
+        for (int i = 0; i < messages.size(); ++i) {
+            if (messages[i] != (i % 2 ? MSG_DEVICE_ACCESS_END : MSG_DEVICE_ACCESS_BEGIN))
+                return false;
+        }
+        return messages.size() % 2 == 0 && (messages.isEmpty() || m_kind.locked);
+    }
+
+    host::AccessFaults& faults() const { return camera->accessFaults(); }
+
+    WorkingDirectory directory;
+    std::unique_ptr<host::SimulatedCamera> camera;
+    std::unique_ptr<ModuleHost> editor;
+    // Right after the start, and the camera's table a step on from there or from prepare().
+    Seen started;
+    QByteArray startedAndStepped, preparedAndStepped;
+
+private:
+    const CameraKind& m_kind;
+};
+
+struct Road
+{
+    enum End {
+        Restored, // the control is as before
+        Default,  // the dialog is on the Default source, as after its start
+        Kept      // nothing in the editor has changed
+    };
+    QByteArray name;
+    End failed;
+    bool loads; // the camera's user set
+    std::function<void(Rig&)> before;
+    std::function<void(ModuleHost&)> act;
+
+    void prepareRig(Rig& rig) const
+    {
+        rig.resetCamera(); // whatever a case before has left behind
+        prepare(*rig.editor);
+        before(rig);
+        rig.selectFactorySet();
+        rig.editor->takeBoxes();
+        rig.editor->takeMessages();
+    }
+};
+
+inline std::vector<Road> makeRoads()
+{
+    const auto nothing = [](Rig&) {};
+    std::vector<Road> roads;
+    for (const Control& control : kControls) {
+        roads.push_back({QByteArray(control.edit) + " typed", Road::Restored, false, nothing,
+                         [control](ModuleHost& e) { e.type(control.edit, QString::number(control.value)); }});
+        if (control.slider)
+            roads.push_back({QByteArray(control.slider) + " stepped", Road::Restored, false, nothing,
+                             [control](ModuleHost& e) {
+                                 e.wheel(control.slider, {0, -120});
+                             }});
+    }
+    const char* const names[] = {"Standard", "Device", "Lut File", "CSV File", "Default"};
+    for (int source = Standard; source <= Default; ++source) {
+        const auto take = [source](ModuleHost& e) {
+            if (source == LutFile || source == Csv)
+                e.fileAnswers << QDir::current().filePath(source == Csv ? "kept.csv" : "kept.lut");
+            e.click(kRadios[source]);
+        };
+        roads.push_back({QByteArray(names[source]) + " taken", Road::Default, source == Device,
+                         [source](Rig& rig) {
+                             if (source == Standard)
+                                 rig.editor->click(kRadios[Default]);
+                         },
+                         take});
+        roads.push_back({QByteArray(names[source]) + " taken again", Road::Default, source == Device,
+                         [take](Rig& rig) { take(*rig.editor); }, take});
+    }
+    roads.push_back(
+        {"standard curve chosen", Road::Default, false, nothing, [](ModuleHost& e) { e.choose("lut4_11"); }});
+    roads.push_back({"stored", Road::Kept, false,
+                     [](Rig& rig) {
+                         // so that it shows whether anything was stored
+                         rig.editor->click(kRadios[Default]);
+                         rig.editor->click("objWriteLutButton");
+                         prepare(*rig.editor);
+                     },
+                     [](ModuleHost& e) { e.click("objWriteLutButton"); }});
+    return roads;
+}
+
+#endif
