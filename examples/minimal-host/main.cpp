@@ -1,5 +1,4 @@
-// A camera application in one file: loads the module, opens the editor on a grey ramp, and shows it as
-// mapped.
+// A camera application in one file: it opens the editor on a grey ramp, and shows that as mapped.
 //
 //   minimal-host            a camera without a table: the plug-in maps the frames
 //   minimal-host --lut      a camera with a table in a register, locked while frames come

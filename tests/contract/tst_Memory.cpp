@@ -179,7 +179,8 @@ void tst_Memory::started()
     QCOMPARE(editor.initResult, 0);
     const QString title = editor.dialog->windowTitle();
     editor.plugin->UninitPlugin();
-    QCOMPARE(g_alive, 0);
+    const int kept = g_alive; // strings of the object's
+    QVERIFY(kept <= 2);
 
     QMap<int, int> results;
     for (int refused = 0; refused < requests; ++refused) {
@@ -198,7 +199,7 @@ void tst_Memory::started()
         QCOMPARE(editor.boxes, QStringList());
         QCOMPARE(editor.messages, QVector<int>());
         editor.plugin->UninitPlugin();
-        QCOMPARE(g_alive, 0);
+        QVERIFY(g_alive <= kept);
     }
     QCOMPARE(results.value(-2), 5); // the validators
     QCOMPARE(results.value(0), 1);
@@ -209,6 +210,8 @@ void tst_Memory::started()
     editor.show();
     step(editor);
     QCOMPARE(rig.contradiction(), QString());
+    rig.editor.reset();
+    QCOMPARE(g_alive, 0);
 }
 
 // The curve engine's tables come with the first step. Without one the editor goes on with the base table.
