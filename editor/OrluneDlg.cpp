@@ -51,7 +51,7 @@ OrluneDlg::OrluneDlg(PluginInitParam* initParam, QWidget* parent)
     auto form = std::make_unique<Ui_OrluneDlg>(); // the destructor's only when nothing can fail any more
     Ui = form.get();
     Ui->setupUi(this);
-    SetOemIcon();
+    OrluneDlg::SetOemIcon(); // no derived part is there yet
     RemoteNodeMap = initParam->remoteDeviceMap;
 
     PlotterWidget = Ui->objPlotterWidget;

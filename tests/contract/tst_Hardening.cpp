@@ -25,7 +25,6 @@ void tst_Hardening::holds_data()
         {"symbols bound at the start", "--dynamic", R"(\(FLAGS(_1)?\).*NOW)"},
         {"a stack that is not code", "--program-headers", R"(^ +GNU_STACK .* RW +0x)"},
         {"stack protector", "--dyn-syms", R"(__stack_chk_fail)"},
-        {"checked library calls", "--dyn-syms", R"(__mem(cpy|set|move)_chk)"},
         {"code at any address", "--file-header", R"(Type: +DYN )"},
     };
     const struct
@@ -46,9 +45,8 @@ void tst_Hardening::holds()
     QProcess readelf;
     readelf.start(ORLUNE_READELF, {"--wide", option, file});
     QVERIFY(readelf.waitForFinished() && readelf.exitCode() == 0);
-    const QString output = readelf.readAllStandardOutput();
-    QVERIFY2(QRegularExpression(line, QRegularExpression::MultilineOption).match(output).hasMatch(),
-             qPrintable(output));
+    const QRegularExpression wanted(line, QRegularExpression::MultilineOption);
+    QVERIFY(wanted.match(readelf.readAllStandardOutput()).hasMatch());
 }
 
 QTEST_GUILESS_MAIN(tst_Hardening)
