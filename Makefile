@@ -1,8 +1,9 @@
 # The front door. Each target installs what it needs first; see scripts/setup.
 PRESET ?= release
+SECONDS ?= 60
 BUILD = build/$(PRESET)
 
-.PHONY: app run pictures test bench package package-test format format-check
+.PHONY: app run pictures test sanitize fuzz lint bench package package-test format format-check
 
 app:
 	scripts/setup run
@@ -20,6 +21,25 @@ test:
 	cmake --preset $(PRESET) -DORLUNE_TESTS=ON -DORLUNE_BENCH=OFF
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
+
+sanitize:
+	scripts/setup test
+	cmake --preset asan -DORLUNE_TESTS=ON
+	cmake --build --preset asan
+	ctest --preset asan
+	cmake --preset tsan -DORLUNE_TESTS=ON
+	cmake --build --preset tsan
+	ctest --preset tsan
+
+fuzz:
+	scripts/setup fuzz
+	cmake --preset fuzz
+	cmake --build --preset fuzz
+	scripts/fuzz build/fuzz $(SECONDS)
+
+lint: app
+	scripts/setup lint
+	scripts/lint $(BUILD)
 
 bench:
 	scripts/setup bench

@@ -21,7 +21,7 @@
 namespace orlune {
 
 // A register of more bytes is no table: no buffer is made for it.
-constexpr qint64 kMaxRegisterBytes = 64LL * 1024 * 1024;
+constexpr qint64 kMaxRegisterBytes = 64 * 1024 * 1024;
 
 class NodeAccess
 {

@@ -35,7 +35,7 @@ std::optional<OutputTable> outputsOf(const QByteArray& lutRegister)
     }
     OutputTable outputs;
     for (int input = 0; input < kInputs; ++input) {
-        const qint64 entry = qint64(input) * form.entries / kInputs;
+        const int entry = static_cast<int>(qint64(input) * form.entries / kInputs);
         const qint32 value = qFromLittleEndian<qint32>(lutRegister.constData() + 4 * entry);
         const int output = std::clamp(value, 0, (1 << form.bits) - 1) << (12 - form.bits);
         outputs[input] = static_cast<std::uint16_t>(output);
@@ -47,8 +47,8 @@ QByteArray identityRegister(int length)
 {
     const Form form = formOf(length);
     QByteArray bytes(length, '\0');
-    for (qint64 entry = 0; entry < form.entries; ++entry) {
-        const auto value = static_cast<qint32>((entry << form.bits) / form.entries);
+    for (int entry = 0; entry < form.entries; ++entry) {
+        const auto value = static_cast<qint32>((qint64(entry) << form.bits) / form.entries);
         qToLittleEndian<qint32>(value, bytes.data() + 4 * entry);
     }
     return bytes;
