@@ -1,8 +1,9 @@
 # The front door. Each target installs what it needs first; see scripts/setup.
 PRESET ?= release
+SECONDS ?= 60
 BUILD = build/$(PRESET)
 
-.PHONY: app run pictures test soak bench package package-test format format-check
+.PHONY: app run pictures test sanitize fuzz soak lint bench package package-test format format-check
 
 app:
 	scripts/setup run
@@ -21,11 +22,30 @@ test:
 	cmake --build --preset $(PRESET)
 	ctest --preset $(PRESET)
 
+sanitize:
+	scripts/setup test
+	cmake --preset asan -DORLUNE_TESTS=ON
+	cmake --build --preset asan
+	ctest --preset asan
+	cmake --preset tsan -DORLUNE_TESTS=ON
+	cmake --build --preset tsan
+	ctest --preset tsan
+
+fuzz:
+	scripts/setup fuzz
+	cmake --preset fuzz
+	cmake --build --preset fuzz
+	scripts/fuzz build/fuzz $(SECONDS)
+
 soak:
 	scripts/setup test
 	cmake --preset $(PRESET) -DORLUNE_TESTS=ON
 	cmake --build --preset $(PRESET) --target soak
 	QT_QPA_PLATFORM=offscreen $(BUILD)/bin/soak $(SOAK)
+
+lint: app
+	scripts/setup lint
+	scripts/lint $(BUILD)
 
 bench:
 	scripts/setup bench

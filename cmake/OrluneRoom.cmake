@@ -16,6 +16,16 @@ else()
     target_compile_options(orlune_options INTERFACE -Werror)
 endif()
 
+# What users get makes an overrun that slipped through stop the program rather than run somebody's code.
+# tests/contract/tst_Hardening reads it back from the programs.
+if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT WIN32)
+    add_compile_options(-fstack-protector-strong -fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+        add_compile_options(-fcf-protection)
+    endif()
+    add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
+
 # orlune_room_headers(TARGET SCOPE FOLDER [FILE...]): whoever links TARGET may write #include "FOLDER/x.h" for the
 # files named, or for every file of this folder where none is named. The include path holds nothing else, so a
 # room that is not linked cannot be included.

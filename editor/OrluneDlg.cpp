@@ -48,31 +48,30 @@ constexpr ErrorText kErrorTexts[] = {
 OrluneDlg::OrluneDlg(PluginInitParam* initParam, QWidget* parent)
     : QDialog(parent), StandardName(kDefaultStandardName)
 {
-    auto form = std::make_unique<Ui_OrluneDlg>(); // the destructor's only when nothing can fail any more
-    Ui = form.get();
-    Ui->setupUi(this);
-    SetOemIcon();
+    auto form = std::make_unique<Ui_OrluneDlg>();
+    form->setupUi(this);
+    OrluneDlg::SetOemIcon(); // no derived part is there yet
     RemoteNodeMap = initParam->remoteDeviceMap;
 
-    PlotterWidget = Ui->objPlotterWidget;
-    GammaEdit = Ui->objGammaLineEdit;
-    BrightnessEdit = Ui->objBrightnessLineEdit;
-    ContrastEdit = Ui->objContrastLineEdit;
-    RangeMinEdit = Ui->objLutRangeMinEdit;
-    RangeMaxEdit = Ui->objLutRangeMaxEdit;
-    DefaultRadio = Ui->objDefaultRadioButton;
-    StandardRadio = Ui->objInitLutRadioButton;
-    DeviceRadio = Ui->objDeviceLutRadioButton;
-    LutFileRadio = Ui->objLutFileRadioButton;
-    CsvRadio = Ui->objCSVFileRadioButton;
-    LutFileNameLabel = Ui->objLutFileNameLabel;
-    CsvFileNameLabel = Ui->objCSVFileNameLabel;
-    GammaSlider = Ui->objGammaSlider;
-    ContrastSlider = Ui->objContrastSlider;
-    BrightnessSlider = Ui->objBrightnessSlider;
-    WriteButton = Ui->objWriteLutButton;
-    SaveButton = Ui->objSaveLutButton;
-    StandardCombo = Ui->objStandardComboBox;
+    PlotterWidget = form->objPlotterWidget;
+    GammaEdit = form->objGammaLineEdit;
+    BrightnessEdit = form->objBrightnessLineEdit;
+    ContrastEdit = form->objContrastLineEdit;
+    RangeMinEdit = form->objLutRangeMinEdit;
+    RangeMaxEdit = form->objLutRangeMaxEdit;
+    DefaultRadio = form->objDefaultRadioButton;
+    StandardRadio = form->objInitLutRadioButton;
+    DeviceRadio = form->objDeviceLutRadioButton;
+    LutFileRadio = form->objLutFileRadioButton;
+    CsvRadio = form->objCSVFileRadioButton;
+    LutFileNameLabel = form->objLutFileNameLabel;
+    CsvFileNameLabel = form->objCSVFileNameLabel;
+    GammaSlider = form->objGammaSlider;
+    ContrastSlider = form->objContrastSlider;
+    BrightnessSlider = form->objBrightnessSlider;
+    WriteButton = form->objWriteLutButton;
+    SaveButton = form->objSaveLutButton;
+    StandardCombo = form->objStandardComboBox;
 
     WriteButton->setToolTip(
         tr("This operation will save the user sets and set the UserSetDefault to UserSet0!"));
@@ -85,7 +84,7 @@ OrluneDlg::OrluneDlg(PluginInitParam* initParam, QWidget* parent)
         slider->setRange(row->Accepted.low, row->Accepted.high);
         slider->setSingleStep(kSliderSingleStep);
     }
-    form.release();
+    Ui = form.release(); // the destructor's from here on, where nothing can fail any more
 }
 
 OrluneDlg::~OrluneDlg()

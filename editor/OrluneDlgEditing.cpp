@@ -191,5 +191,5 @@ bool OrluneDlg::eventFilter(QObject* watched, QEvent* event)
                 edit->setText(QString::number((PlotterWidget->*row->Get)()));
         }
     }
-    return QObject::eventFilter(watched, event);
+    return QObject::eventFilter(watched, event); // NOLINT(bugprone-parent-virtual-call): not the size grip's
 }

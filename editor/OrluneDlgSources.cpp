@@ -83,6 +83,7 @@ int OrluneDlg::LoadStandardSource()
     return TakeStandardLut(StandardName);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the contract's parameter
 void OrluneDlg::on_objStandardComboBox_currentIndexChanged(QString text)
 {
     const Operation running(*this);

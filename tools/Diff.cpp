@@ -13,7 +13,6 @@ namespace tools {
 
 using orlune::kLutEntries;
 using orlune::LutImage;
-using orlune::LutTrailer;
 
 namespace {
 

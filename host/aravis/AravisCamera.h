@@ -12,7 +12,7 @@
 
 namespace host {
 
-class AravisCamera : public Camera
+class AravisCamera final : public Camera
 {
     Q_OBJECT
 

@@ -221,7 +221,7 @@ void AravisRegister::poke(const std::uint8_t* buffer, std::int64_t length)
 AravisNodeMap::AravisNodeMap(Connection& connection, std::function<void(int)> afterLutWrite)
     : m_connection(connection), m_afterLutWrite(std::move(afterLutWrite))
 {
-    if (!dynamic_cast<GenApi_3_0::IInteger*>(GetNode(kLock)))
+    if (!dynamic_cast<GenApi_3_0::IInteger*>(AravisNodeMap::GetNode(kLock)))
         m_nodes[kLock] = std::make_unique<OwnLock>();
 }
 

@@ -42,7 +42,7 @@ protected:
             checkWritable();
         m_connection.access(m_name, m_type, call);
     }
-    [[noreturn]] void refuse(const std::string& reason) const { m_connection.refuse(m_name, reason); }
+    [[noreturn]] void refuse(const std::string& reason) const { Connection::refuse(m_name, reason); }
 
 private:
     void checkWritable() const;

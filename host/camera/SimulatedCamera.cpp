@@ -42,11 +42,11 @@ constexpr Model kModels[] = {
     {"no-lut", false, false, 0},
 };
 
+// The end of kModels when there is none of that name.
 const Model* findModel(const QString& name)
 {
-    const auto found = std::find_if(std::begin(kModels), std::end(kModels),
-                                    [&](const Model& model) { return name == QLatin1String(model.name); });
-    return found == std::end(kModels) ? nullptr : found;
+    return std::find_if(std::begin(kModels), std::end(kModels),
+                        [&](const Model& model) { return name == QLatin1String(model.name); });
 }
 
 int lutBytesOf(const SimulatedCameraOptions& options)
@@ -89,7 +89,7 @@ std::unique_ptr<SimulatedCamera> makeSimulatedCamera(const SimulatedCameraOption
         return nullptr;
     };
     const Model* model = findModel(options.model);
-    if (!model) {
+    if (model == std::end(kModels)) {
         return refuse(SimulatedCamera::tr("There is no camera model \"%1\"; the models are %2.")
                           .arg(options.model, simulatedCameraModels().join(QStringLiteral(", "))));
     }

@@ -53,8 +53,8 @@ void WordNode::writeWord(std::int64_t value)
     m_memory.setWord(m_address, static_cast<std::int32_t>(value));
 }
 
-EnumerationNode::EnumerationNode(std::string name, AccessFaults& faults, Mode mode, RegisterMemory& memory,
-                                 int address, int count, BeforeWrite beforeWrite)
+EnumerationNode::EnumerationNode(const std::string& name, AccessFaults& faults, Mode mode,
+                                 RegisterMemory& memory, int address, int count, BeforeWrite beforeWrite)
     : WordNode(name, faults, std::move(mode), memory, address,
                [name, count, beforeWrite = std::move(beforeWrite)](std::int64_t value) {
                    if (value < 0 || value >= count) {

@@ -82,8 +82,8 @@ class EnumerationNode : public WordNode, public GenApi_3_0::IEnumeration
 {
 public:
     // Entries are the values 0 to count - 1.
-    EnumerationNode(std::string name, AccessFaults& faults, Mode mode, RegisterMemory& memory, int address,
-                    int count, BeforeWrite beforeWrite = {});
+    EnumerationNode(const std::string& name, AccessFaults& faults, Mode mode, RegisterMemory& memory,
+                    int address, int count, BeforeWrite beforeWrite = {});
     void SetIntValue(std::int64_t value, bool) override { writeWord(value); }
     std::int64_t GetIntValue(bool, bool) override { return readWord(); }
 };

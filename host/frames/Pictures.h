@@ -20,7 +20,7 @@ QStringList pictureFiles(const QString& path);
 
 // Format_Grayscale16, Format_RGBA64 or Format_RGB32, whichever keeps what the file holds; or null with a
 // sentence in *error.
-QImage readPicture(const QString& file, QString* error);
+QImage readPicture(const QString& path, QString* error);
 
 // The picture, as readPicture gives it, stretched over the size by the nearest pixel.
 Scene pictureScene(const QImage& picture, QSize size);

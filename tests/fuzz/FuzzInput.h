@@ -72,10 +72,12 @@ std::unique_ptr<T[]> repeated(const std::vector<std::uint8_t>& pattern, std::siz
     std::unique_ptr<T[]> values(new T[count]);
     const std::size_t bytes = count * sizeof(T);
     auto* to = reinterpret_cast<std::uint8_t*>(values.get());
+    std::size_t done = std::min(pattern.size(), bytes);
+    std::copy_n(pattern.data(), done, to);
     if (pattern.empty())
         std::fill_n(to, bytes, std::uint8_t(0));
-    for (std::size_t at = 0; !pattern.empty() && at < bytes; at += pattern.size())
-        std::memcpy(to + at, pattern.data(), std::min(pattern.size(), bytes - at));
+    for (; done > 0 && done < bytes; done += std::min(done, bytes - done))
+        std::copy_n(to, std::min(done, bytes - done), to + done);
     return values;
 }
 

@@ -1,6 +1,6 @@
-// orlune-fuzz-seeds TABLES SEEDS: writes what the fuzzer starts from, one folder of inputs a target. TABLES
-// is the folder of the delivered tables. The values of a seed stand in the order in which its target takes
-// them.
+// orlune-fuzz-seeds TABLES SCRIPTS SEEDS: writes what the fuzzer starts from, one folder of inputs a target.
+// TABLES and SCRIPTS are the folders of the delivered tables and scripts. The values of a seed stand in the
+// order in which its target takes them.
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -169,9 +169,9 @@ std::vector<Seed> dialogs()
     return seeds;
 }
 
-// Behind the prefix that makes the target take it as it is.
-void addTables(const files::path& folder, const std::string& suffix, const std::string& prefix,
-               std::vector<Seed>& seeds)
+// Whole files, behind the prefix that makes the target take them as they are.
+void addFiles(const files::path& folder, const std::string& suffix, const std::string& prefix,
+              std::vector<Seed>& seeds)
 {
     for (const auto& entry : files::recursive_directory_iterator(folder)) {
         if (entry.path().extension() != suffix)
@@ -196,16 +196,17 @@ void write(const files::path& folder, const std::vector<Seed>& seeds)
 
 int main(int argc, char* argv[])
 try {
-    if (argc != 3)
-        throw std::runtime_error("usage: orlune-fuzz-seeds TABLES SEEDS");
+    if (argc != 4)
+        throw std::runtime_error("usage: orlune-fuzz-seeds TABLES SCRIPTS SEEDS");
     std::map<std::string, std::vector<Seed>> targets{
         {"LutFile", lutFiles()}, {"CsvFile", csvFiles()},    {"Register", registers()}, {"Curve", curves()},
         {"Kernels", kernels()},  {"ProcessFrame", frames()}, {"Dialog", dialogs()}};
-    addTables(argv[1], ".lut", std::string(1, '\0'), targets["LutFile"]);
-    addTables(argv[1], ".bin", std::string(1, '\0'), targets["LutFile"]);
-    addTables(argv[1], ".csv", std::string(3, '\0'), targets["CsvFile"]);
+    addFiles(argv[1], ".lut", std::string(1, '\0'), targets["LutFile"]);
+    addFiles(argv[1], ".bin", std::string(1, '\0'), targets["LutFile"]);
+    addFiles(argv[1], ".csv", std::string(3, '\0'), targets["CsvFile"]);
+    addFiles(argv[2], ".txt", {}, targets["Script"]);
     for (const auto& [name, seeds] : targets)
-        write(files::path(argv[2]) / name, seeds);
+        write(files::path(argv[3]) / name, seeds);
     return 0;
 } catch (const std::exception& failure) {
     std::cerr << failure.what() << '\n';

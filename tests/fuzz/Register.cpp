@@ -8,9 +8,9 @@ using fuzz::require;
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     fuzz::Input input(data, size);
-    // Around the table's length, shorter than a trailer, or up to 16 tables.
+    // Around the table's length, shorter than a trailer, or up to four tables.
     const int length =
-        input.takeBelow(2) ? kImageBytes - 64 + input.takeBelow(128) : input.takeBelow(16 * kTableBytes) - 8;
+        input.takeBelow(2) ? kImageBytes - 64 + input.takeBelow(128) : input.takeBelow(4 * kTableBytes) - 8;
     const auto pattern = input.takeRest();
 
     const auto imageBytes = fuzz::repeated<std::uint8_t>(pattern, kImageBytes);
