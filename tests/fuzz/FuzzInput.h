@@ -39,7 +39,8 @@ public:
     {
         T value{};
         const std::size_t count = std::min(sizeof value, std::size_t(m_end - m_at));
-        std::memcpy(&value, m_at, count);
+        if (count != 0) // an empty input may have no address
+            std::memcpy(&value, m_at, count);
         m_at += count;
         return value;
     }
