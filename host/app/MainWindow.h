@@ -11,6 +11,7 @@
 #include "host/app/Appearance.h"
 #include "host/app/CameraList.h"
 #include "host/app/CommandLine.h"
+#include "host/app/DialogFolders.h"
 #include "host/app/FrameView.h"
 #include "host/app/LevelsPanel.h"
 #include "host/app/Session.h"
@@ -51,9 +52,11 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildMenus();
+    static void useInEveryWindow(const QList<QAction*>& actions);
     void buildFileMenu();
     void buildCameraMenu();
     void buildViewMenu();
@@ -65,6 +68,8 @@ private:
 
     void openFromMenu(const CameraRequest& request);
     void openPictures(const QString& path);
+    void askPicture();
+    void askPictureFolder();
     void saveShownFrame();
     void askRegisterLength();
     void askAddress();
@@ -82,6 +87,7 @@ private:
     void saveSettings();
 
     QSettings* m_settings;
+    DialogFolders m_folders;
     CameraRequest m_request;
     Session m_session;
 
