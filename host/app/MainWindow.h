@@ -48,6 +48,8 @@ public:
     void showEditor(); // or a box that says why there is none
     void hideEditor();
 
+    void log(const QString& sentence); // a line of the Messages panel
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -80,7 +82,6 @@ private:
     void showRates();
     void placeFirst();
     void placeEditor();
-    void log(const QString& sentence);
 
     void setColours(Colours colours);
     void restoreSettings();
