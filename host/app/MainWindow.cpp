@@ -523,11 +523,14 @@ void MainWindow::saveShownFrame()
     if (!shown || !shown->format)
         return;
     const ShownFrame copy = *shown; // the dialog lets new frames in
-    const QString path =
-        QFileDialog::getSaveFileName(this, tr("Save frame"), m_folders.pictures() + "/frame.png",
-                                     tr("Pictures (*.png *.bmp *.jpg *.pgm)"));
-    if (path.isEmpty())
+    QFileDialog dialog(this, tr("Save frame"), m_folders.pictures(),
+                       tr("Pictures (*.png *.bmp *.jpg *.pgm)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix("png");
+    dialog.selectFile("frame.png");
+    if (dialog.exec() != QDialog::Accepted)
         return;
+    const QString path = dialog.selectedFiles().constFirst();
     m_folders.rememberPictures(QFileInfo(path).path());
     const bool before = m_view->pictureLayout() == FrameView::Layout::Before;
     const QString error = saveFrame(before ? copy.before : copy.after, *copy.format, path);
