@@ -14,6 +14,8 @@ run: app
 	scripts/run $(BUILD)
 
 pictures: app
+	cmake --preset $(PRESET) -DORLUNE_TESTS=ON
+	cmake --build --preset $(PRESET) --target orlune-testcamera
 	scripts/pictures $(BUILD)
 
 test:

@@ -158,6 +158,9 @@ bool gammaChangesPicture(Viewer& viewer, IPlugin& plugin)
 int main(int argc, char* argv[])
 {
     QApplication app(argc, argv);
+    QFont font = QApplication::font();
+    font.setPixelSize(11); // the editor's form has room for no larger one
+    QApplication::setFont(font);
     QLibrary module(ORLUNE_MODULE);
     QDir::setCurrent(QFileInfo(module.fileName()).path()); // the standard curves lie beside the module
     const auto create = reinterpret_cast<CreatePluginObjectFunction>(module.resolve("CreatePluginObject"));

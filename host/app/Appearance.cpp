@@ -15,15 +15,17 @@ constexpr int kFontPixels = 11;
 
 QPalette darkPalette()
 {
-    const QColor window(53, 53, 53), text(222, 222, 222), greyed(127, 127, 127);
+    const QColor window(62, 62, 62), text(225, 225, 225), greyed(140, 140, 140);
+    // Far enough below the window: the style draws a field or an empty radio button as nothing but this.
+    const QColor base(24, 24, 24);
     QPalette palette(window);
     palette.setColor(QPalette::WindowText, text);
     palette.setColor(QPalette::Text, text);
     palette.setColor(QPalette::ButtonText, text);
     palette.setColor(QPalette::BrightText, Qt::white);
-    palette.setColor(QPalette::Base, QColor(35, 35, 35));
-    palette.setColor(QPalette::AlternateBase, QColor(45, 45, 45));
-    palette.setColor(QPalette::ToolTipBase, QColor(35, 35, 35));
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, QColor(36, 36, 36));
+    palette.setColor(QPalette::ToolTipBase, base);
     palette.setColor(QPalette::ToolTipText, text);
     palette.setColor(QPalette::PlaceholderText, greyed);
     palette.setColor(QPalette::Link, QColor(80, 160, 220));

@@ -140,8 +140,13 @@ void FrameView::paintEvent(QPaintEvent*)
         painter.drawText(title, Qt::AlignCenter, pane.title);
     }
     painter.setClipping(false);
-    if (showsSplit())
-        painter.drawLine(QPointF(splitX(), 0), QPointF(splitX(), height()));
+    if (showsSplit()) {
+        const QLineF split(splitX(), 0, splitX(), height());
+        painter.setPen(QPen(Qt::black, 3)); // seen on white
+        painter.drawLine(split);
+        painter.setPen(Qt::white);
+        painter.drawLine(split);
+    }
 }
 
 void FrameView::mousePressEvent(QMouseEvent* event)

@@ -9,6 +9,9 @@ namespace host {
 
 namespace {
 
+constexpr QPoint kTitlePlace(5, 14); // of the title's base line
+constexpr int kPlateOpacity = 190;   // of 255
+
 // Counts drawn in each of so many columns: the largest of the codes that share a column.
 std::vector<std::uint32_t> columnPeaks(const std::vector<std::uint32_t>& counts, int columns)
 {
@@ -62,8 +65,12 @@ void HistogramView::paintEvent(QPaintEvent*)
                              palette().color(QPalette::Highlight));
         }
     }
+    const QRect title = painter.fontMetrics().boundingRect(m_title).translated(area.topLeft() + kTitlePlace);
+    QColor plate = palette().color(QPalette::Base);
+    plate.setAlpha(kPlateOpacity); // high bars run behind the title
+    painter.fillRect(title.adjusted(-2, 0, 2, 0), plate);
     painter.setPen(palette().color(QPalette::Text));
-    painter.drawText(area.adjusted(5, 3, -5, -3), Qt::AlignTop | Qt::AlignLeft, m_title);
+    painter.drawText(area.topLeft() + kTitlePlace, m_title);
 }
 
 } // namespace host

@@ -1,8 +1,10 @@
 #include "host/app/MainWindow.h"
 
+#include <QAbstractItemView>
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QDialog>
 #include <QDockWidget>
 #include <QDragEnterEvent>
@@ -71,7 +73,7 @@ void checkChoice(QActionGroup* group, const QVariant& data)
 } // namespace
 
 MainWindow::MainWindow(const PluginModule& module, bool chinese, QSettings* settings)
-    : m_settings(settings), m_session(module, chinese), m_view(new FrameView(this))
+    : m_settings(settings), m_folders(settings), m_session(module, chinese), m_view(new FrameView(this))
 {
     setWindowTitle(tr("Orlune host"));
     setAcceptDrops(true);
@@ -131,22 +133,23 @@ void MainWindow::buildMenus()
     m_faultsMenu = menuBar()->addMenu(tr("F&aults"));
     connect(m_faultsMenu, &QMenu::aboutToShow, this, &MainWindow::updateFaults);
     buildPluginMenu();
+    qApp->installEventFilter(this);
+}
+
+// What shows a thing or hides it works while the editor has the keys, too. What acts on files and cameras
+// does not: Ctrl+S there would not save the table.
+void MainWindow::useInEveryWindow(const QList<QAction*>& actions)
+{
+    for (QAction* action : actions)
+        action->setShortcutContext(Qt::ApplicationShortcut);
 }
 
 void MainWindow::buildFileMenu()
 {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
-    menu->addAction(
-        tr("&Open picture..."), this,
-        [this] {
-            openPictures(QFileDialog::getOpenFileName(this, tr("Open picture"), QString(),
-                                                      tr("Pictures (*.png *.tif *.tiff *.pgm)")));
-        },
-        QKeySequence::Open);
-    menu->addAction(
-        tr("Open picture &folder..."), this,
-        [this] { openPictures(QFileDialog::getExistingDirectory(this, tr("Open picture folder"))); },
-        QKeySequence("Ctrl+Shift+O"));
+    menu->addAction(tr("&Open picture..."), this, &MainWindow::askPicture, QKeySequence::Open);
+    menu->addAction(tr("Open picture &folder..."), this, &MainWindow::askPictureFolder,
+                    QKeySequence("Ctrl+Shift+O"));
     menu->addAction(tr("&Save shown frame..."), this, &MainWindow::saveShownFrame, QKeySequence::Save);
     menu->addSeparator();
     menu->addAction(tr("&Quit"), this, &MainWindow::close, QKeySequence("Ctrl+Q"));
@@ -228,6 +231,7 @@ void MainWindow::buildViewMenu()
     checkChoice(m_zoomActions, int(m_view->zoom()));
     connect(m_zoomActions, &QActionGroup::triggered, this,
             [this](QAction* action) { m_view->setZoom(Zoom(action->data().toInt())); });
+    useInEveryWindow(m_layoutActions->actions() + m_zoomActions->actions());
 
     menu->addSeparator();
     QMenu* palette = menu->addMenu(tr("Pa&lette"));
@@ -249,7 +253,12 @@ void MainWindow::buildPluginMenu()
     m_editorAction = menu->addAction(tr("Show &editor"));
     m_editorAction->setCheckable(true);
     m_editorAction->setShortcut(QKeySequence("F4"));
-    connect(m_editorAction, &QAction::triggered, this, [this](bool on) { on ? showEditor() : hideEditor(); });
+    useInEveryWindow({m_editorAction});
+    connect(m_editorAction, &QAction::triggered, this, [this](bool on) {
+        const bool minimised = m_session.editor() && m_session.editor()->isMinimized();
+        m_editorAction->setChecked(on || minimised);
+        on || minimised ? showEditor() : hideEditor();
+    });
     menu->addAction(tr("&Restart"), this, [this] {
         m_session.restartPlugin();
         showEditor();
@@ -481,10 +490,28 @@ void MainWindow::showRates()
     m_rates->setText(text);
 }
 
-void MainWindow::openPictures(const QString& path)
+void MainWindow::askPicture()
 {
+    const QString path = QFileDialog::getOpenFileName(this, tr("Open picture"), m_folders.pictures(),
+                                                      tr("Pictures (*.png *.tif *.tiff *.pgm)"));
     if (path.isEmpty())
         return;
+    m_folders.rememberPictures(QFileInfo(path).path());
+    openPictures(path);
+}
+
+void MainWindow::askPictureFolder()
+{
+    const QString path =
+        QFileDialog::getExistingDirectory(this, tr("Open picture folder"), m_folders.pictures());
+    if (path.isEmpty())
+        return;
+    m_folders.rememberPictures(path);
+    openPictures(path);
+}
+
+void MainWindow::openPictures(const QString& path)
+{
     const QString error = setScene(path);
     if (!error.isEmpty())
         QMessageBox::warning(this, tr("Pictures"), error);
@@ -496,10 +523,15 @@ void MainWindow::saveShownFrame()
     if (!shown || !shown->format)
         return;
     const ShownFrame copy = *shown; // the dialog lets new frames in
-    const QString path = QFileDialog::getSaveFileName(this, tr("Save frame"), "frame.png",
-                                                      tr("Pictures (*.png *.bmp *.jpg *.pgm)"));
-    if (path.isEmpty())
+    QFileDialog dialog(this, tr("Save frame"), m_folders.pictures(),
+                       tr("Pictures (*.png *.bmp *.jpg *.pgm)"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix("png");
+    dialog.selectFile("frame.png");
+    if (dialog.exec() != QDialog::Accepted)
         return;
+    const QString path = dialog.selectedFiles().constFirst();
+    m_folders.rememberPictures(QFileInfo(path).path());
     const bool before = m_view->pictureLayout() == FrameView::Layout::Before;
     const QString error = saveFrame(before ? copy.before : copy.after, *copy.format, path);
     if (!error.isEmpty())
@@ -517,6 +549,19 @@ void MainWindow::dropEvent(QDropEvent* event)
 {
     openPictures(event->mimeData()->urls().constFirst().toLocalFile());
     event->acceptProposedAction();
+}
+
+// A list is searched by typing: such a key is the list's, as it is a line edit's.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool isList = qobject_cast<QComboBox*>(watched) || qobject_cast<QAbstractItemView*>(watched);
+    if (isList && event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const bool types = !key->text().isEmpty() && key->text().at(0).isPrint();
+        if (types && !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)))
+            event->accept();
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void MainWindow::log(const QString& sentence)

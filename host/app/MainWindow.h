@@ -11,6 +11,7 @@
 #include "host/app/Appearance.h"
 #include "host/app/CameraList.h"
 #include "host/app/CommandLine.h"
+#include "host/app/DialogFolders.h"
 #include "host/app/FrameView.h"
 #include "host/app/LevelsPanel.h"
 #include "host/app/Session.h"
@@ -47,13 +48,17 @@ public:
     void showEditor(); // or a box that says why there is none
     void hideEditor();
 
+    void log(const QString& sentence); // a line of the Messages panel
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void buildMenus();
+    static void useInEveryWindow(const QList<QAction*>& actions);
     void buildFileMenu();
     void buildCameraMenu();
     void buildViewMenu();
@@ -65,6 +70,8 @@ private:
 
     void openFromMenu(const CameraRequest& request);
     void openPictures(const QString& path);
+    void askPicture();
+    void askPictureFolder();
     void saveShownFrame();
     void askRegisterLength();
     void askAddress();
@@ -75,13 +82,13 @@ private:
     void showRates();
     void placeFirst();
     void placeEditor();
-    void log(const QString& sentence);
 
     void setColours(Colours colours);
     void restoreSettings();
     void saveSettings();
 
     QSettings* m_settings;
+    DialogFolders m_folders;
     CameraRequest m_request;
     Session m_session;
 

@@ -46,6 +46,17 @@ int listCameras()
     return kDone;
 }
 
+int printCommandLine(const host::ParsedCommandLine& parsed)
+{
+    using Outcome = host::ParsedCommandLine::Outcome;
+    if (parsed.outcome == Outcome::Wrong)
+        return fail(kWrongInput, parsed.text);
+    if (parsed.outcome == Outcome::List)
+        return listCameras();
+    std::printf("%s\n", parsed.text.toUtf8().constData());
+    return kDone;
+}
+
 int runScript(host::MainWindow& window, const host::Options& options, const QDir& directory)
 {
     QFile file(options.scriptFile);
@@ -86,8 +97,10 @@ int runViewer(host::MainWindow& window, const host::Options& options)
             request.lutBytes = window.cameraRequest().lutBytes;
     }
     QString error = window.openCamera(request);
-    if (!error.isEmpty() && options.camera.camera.isEmpty())
+    if (!error.isEmpty() && options.camera.camera.isEmpty()) {
+        window.log(error);
         error = window.openCamera(options.camera);
+    }
     if (!error.isEmpty())
         return fail(kFailed, error);
     window.showEditor();
@@ -98,36 +111,33 @@ int runViewer(host::MainWindow& window, const host::Options& options)
 
 int main(int argc, char* argv[])
 {
-    const bool displayed = hasDisplay();
-    if (!displayed)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments += QFile::decodeName(argv[i]);
     int qtArguments = 1; // Qt would take --plugin for an option of its own
-    QApplication app(qtArguments, argv);
-    QApplication::setOrganizationName("Orlune");
-    QApplication::setApplicationName("orlune-host");
-    QApplication::setDesktopFileName("org.orlune.Host");
-
     const QDir directory = QDir::current();
-    const host::ParsedCommandLine parsed = host::parseCommandLine(arguments, directory);
-    using Outcome = host::ParsedCommandLine::Outcome;
-    if (parsed.outcome == Outcome::Wrong)
-        return fail(kWrongInput, parsed.text);
-    if (parsed.outcome == Outcome::List)
-        return listCameras();
-    if (parsed.outcome != Outcome::Run) {
-        std::printf("%s\n", parsed.text.toUtf8().constData());
-        return kDone;
+    host::ParsedCommandLine parsed;
+    {
+        // What opens no window needs no display, not even one that is named and cannot be reached.
+        const QCoreApplication app(qtArguments, argv);
+        parsed = host::parseCommandLine(arguments, directory);
+        if (parsed.outcome != host::ParsedCommandLine::Outcome::Run)
+            return printCommandLine(parsed);
     }
     const host::Options& options = parsed.options;
     const bool scripted = !options.scriptFile.isEmpty();
-    if (!scripted && !displayed)
-        return fail(kFailed, "There is no display to open the viewer on; --script runs without one.");
+    if (!hasDisplay()) {
+        if (!scripted)
+            return fail(kFailed, "There is no display to open the viewer on; --script runs without one.");
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    const QApplication app(qtArguments, argv);
+    QApplication::setOrganizationName("Orlune");
+    QApplication::setApplicationName("orlune-host");
+    QApplication::setDesktopFileName("org.orlune.Host");
 
     // The plug-in finds its standard curves relative to the working directory.
     QDir::setCurrent(QApplication::applicationDirPath());

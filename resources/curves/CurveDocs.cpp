@@ -19,8 +19,9 @@ constexpr char kPageHead[] =
 # Standard curves
 
 A standard curve is a table to start from. Each is a file of 16384 bytes, `NAME.bin`, in
-`resource/lqplugins/LookUpTable/StandardLut` below the directory in which the viewer is started; a file that you
-add there is listed too, as [formats.md](formats.md) tells.
+`resource/lqplugins/LookUpTable/StandardLut` beside the module: in `build/release/bin` after a build, in
+`/usr/lib/x86_64-linux-gnu/orlune` after the installation of the packages on a PC. A file that you add there is listed
+too, as [formats.md](formats.md) tells. Applications other than the viewer may keep the folder elsewhere.
 
 All are made from a formula for y of x, both from 0 to 1, where entry i is 4095 y(i / 4095), rounded to the nearest
 whole number. The exponent in the name of a gamma curve is the one of the formula: output = input^gamma, so below 1

@@ -18,6 +18,9 @@ private slots:
     void refusedCameraLeavesTheOldOne();
     void droppedPictureKeepsThePlugin();
     void editorActionFollowsThePlugin();
+    void keysInTheEditor_data();
+    void keysInTheEditor();
+    void tablesAreSavedWhereOneMayWrite();
     void viewShowsBeforeAndAfter_data();
     void viewShowsBeforeAndAfter();
     void fullScaleShowsEveryPixel();
@@ -139,6 +142,57 @@ void tst_MainWindow::editorActionFollowsThePlugin()
     QVERIFY(editor->isChecked());
     emit m_window->session().pluginMessage(MSG_DIALOG_HIDDEN); // closed by its frame
     QVERIFY(!editor->isChecked());
+}
+
+void tst_MainWindow::keysInTheEditor_data()
+{
+    QTest::addColumn<QString>("focus");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<bool>("reached");
+
+    QTest::newRow("slider, view") << "slider" << int(Qt::Key_4) << "Split" << true;
+    QTest::newRow("number, view") << "number" << int(Qt::Key_4) << "Split" << false;
+    QTest::newRow("list, view") << "list" << int(Qt::Key_4) << "Split" << false;
+    QTest::newRow("open list, view") << "open list" << int(Qt::Key_4) << "Split" << false;
+    QTest::newRow("list, editor") << "list" << int(Qt::Key_F4) << "Show editor" << true;
+}
+
+void tst_MainWindow::keysInTheEditor()
+{
+    QFETCH(QString, focus);
+    QFETCH(int, key);
+    QFETCH(QString, entry);
+    QDialog editor(m_window.get());
+    QSlider slider(&editor);
+    QLineEdit number(&editor);
+    QComboBox list(&editor);
+    list.addItems({"1st", "4th"});
+    editor.show();
+    if (focus == "open list")
+        list.showPopup();
+    const QMap<QString, QWidget*> widgets = {
+        {"slider", &slider}, {"number", &number}, {"list", &list}, {"open list", list.view()}};
+    QWidget* widget = widgets.value(focus);
+    widget->setFocus();
+    QApplication::setActiveWindow(widget->window());
+    QTest::keyClick(widget, Qt::Key(key));
+    QTEST(action(entry)->isChecked(), "reached");
+}
+
+void tst_MainWindow::tablesAreSavedWhereOneMayWrite()
+{
+    const QString nobodyWritesHere = "/proc/sys";
+    m_settings->setValue("folders/tables", m_folder->path());
+    QString begun;
+    QTimer::singleShot(0, this, [&begun] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        begun = dialog->directory().path();
+        dialog->reject();
+    });
+    QFileDialog::getSaveFileName(nullptr, "Save", nobodyWritesHere, QString(), nullptr,
+                                 QFileDialog::DontUseNativeDialog);
+    QCOMPARE(begun, m_folder->path());
 }
 
 // Codes 10 everywhere before, 200 after.

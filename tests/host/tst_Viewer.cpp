@@ -124,6 +124,9 @@ void tst_Viewer::viewerNeedsADisplay()
     write("quit.txt", "quit\n");
     const Result script = run({"--script", "quit.txt"}, ".", environment);
     QVERIFY2(script.exitCode == 0, qPrintable(script.error));
+    environment.insert("DISPLAY", ":4095"); // nobody's
+    const Result version = run({"--version"}, ".", environment);
+    QVERIFY2(version.exitCode == 0, qPrintable(version.error));
 }
 
 void tst_Viewer::transcriptIsAsBefore_data()
