@@ -8,10 +8,10 @@
 
 #include <QTemporaryDir>
 #include <QTextCodec>
-#include <QtTest>
 
 #include "lut/LutFiles.h"
 #include "lut/ResultCodes.h"
+#include "support/Rows.h"
 
 using namespace orlune;
 
@@ -74,6 +74,43 @@ private:
     rlimit m_old{};
 };
 
+const struct
+{
+    const char* name;
+    QByteArray line;
+    std::optional<int> value;
+} kCsvLines[] = {
+    {"largest", "4095", 4095},
+    {"negative", "-1", -1},
+    {"most negative", "-2147483648", std::numeric_limits<int>::min()},
+    {"above 32 bits", "4294967297", {}},
+    {"above 64 bits", QByteArray(1000, '9'), {}},
+    {"blanks around", " \t12 ", 12},
+    {"carriage return inside", "1\r2", {}},
+    {"blank", "", {}},
+    {"two fields", "12,34", {}},
+    {"hexadecimal", "0x10", {}},
+    {"zero byte", QByteArray("12\0", 3), {}},
+    {"no text at all", QByteArray("\xff\xfe\x80\x81\x00\x01", 6), {}},
+    {"longest line", QByteArray(65534, '0') + "7", 7},
+    {"line too long", QByteArray(65535, '0') + "7", {}},
+};
+
+const struct
+{
+    const char* name;
+    QByteArray text;
+    bool isGood;
+} kCsvFiles[] = {
+    {"a line short", CsvLines(4095), false},
+    {"a line more", CsvLines(4097), true},
+    {"no last line end", CsvLines(4096).chopped(1), true},
+    {"carriage returns", CsvLines(4096, -1, {}, "\r\n"), true},
+    {"only carriage returns", CsvLines(4096, -1, {}, "\r"), false},
+    {"UTF-16", QTextCodec::codecForName("UTF-16")->fromUnicode(CsvLines(4096)), true}, // with its mark
+    {"a picture", QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16), false},
+};
+
 } // namespace
 
 class tst_LutFiles : public QObject
@@ -87,133 +124,69 @@ private slots:
         QVERIFY(m_dir->isValid());
     }
 
-    void LutOfLength_data()
-    {
-        QTest::addColumn<int>("length");
-        QTest::addColumn<int>("code");
-        QTest::newRow("empty") << 0 << int(kInvalidData);
-        QTest::newRow("part of an entry") << 4095 << 0;
-        QTest::newRow("image") << 16424 << 0;
-        QTest::newRow("much longer") << 1000000 << 0;
-    }
-
     void LutOfLength()
     {
-        QFETCH(int, length);
-        QFETCH(int, code);
-        QByteArray bytes(length, '\0');
-        for (int i = 0; i < length; ++i)
-            bytes[i] = char(i * 7 + 1);
-        const QByteArray expected = bytes.leftJustified(kImageBytes, '\0', true);
-        const QString path = Put(bytes);
-
-        LutImage current = Filled(1), base = Filled(2), baseOnly = Filled(3);
-        QCOMPARE(ReadLutFile(path, current, base), code);
-        QCOMPARE(ReadBaseLutFile(path, baseOnly), 0);
-        const auto read = ToBytes(current);
-        QVERIFY(std::memcmp(read.data(), expected.constData(), kImageBytes) == 0);
-        QVERIFY(Same(current, base));
-        QVERIFY(Same(current, baseOnly));
+        for (const int length : {0, 4095, 16424, 1000000}) { // 4095: part of an entry
+            QByteArray bytes(length, '\0');
+            for (int i = 0; i < length; ++i)
+                bytes[i] = char(i * 7 + 1);
+            const QByteArray expected = bytes.leftJustified(kImageBytes, '\0', true);
+            const QString path = Put(bytes);
+            LutImage current = Filled(1), base = Filled(2), baseOnly = Filled(3);
+            QCOMPARE(ReadLutFile(path, current, base), length == 0 ? int(kInvalidData) : 0);
+            QCOMPARE(ReadBaseLutFile(path, baseOnly), 0);
+            QVERIFY(std::memcmp(ToBytes(current).data(), expected.constData(), kImageBytes) == 0);
+            QVERIFY(Same(current, base) && Same(current, baseOnly));
+        }
     }
 
-    void CsvLine_data()
-    {
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<bool>("isNumber");
-        QTest::addColumn<int>("value");
-        const auto row = [](const char* name, const QByteArray& line, std::optional<int> value) {
-            QTest::newRow(name) << line << value.has_value() << value.value_or(0);
-        };
-        row("largest", "4095", 4095);
-        row("negative", "-1", -1);
-        row("most negative", "-2147483648", std::numeric_limits<int>::min());
-        row("above 32 bits", "4294967297", {});
-        row("above 64 bits", QByteArray(1000, '9'), {});
-        row("blanks around", " \t12 ", 12);
-        row("carriage return inside", "1\r2", {});
-        row("blank", "", {});
-        row("two fields", "12,34", {});
-        row("hexadecimal", "0x10", {});
-        row("zero byte", QByteArray("12\0", 3), {});
-        row("no text at all", QByteArray("\xff\xfe\x80\x81\x00\x01", 6), {});
-        row("longest line", QByteArray(65534, '0') + "7", 7);
-        row("line too long", QByteArray(65535, '0') + "7", {});
-    }
+    void CsvLine_data() { addRows(kCsvLines); }
 
     void CsvLine()
     {
-        QFETCH(QByteArray, line);
-        QFETCH(bool, isNumber);
-        QFETCH(int, value);
-        const QString path = Put(CsvLines(4096, 5, line));
-        LutImage current = Filled(1), base = Filled(2);
-        QCOMPARE(ReadCsvFile(path, current, base), isNumber ? 0 : int(kInvalidData));
-
-        LutImage expected{};
-        for (int i = 0; i < (isNumber ? 4096 : 5); ++i)
-            expected.Entries[i] = i == 5 ? value : i;
+        const auto& row = currentRow(kCsvLines);
+        const QString path = Put(CsvLines(4096, 5, row.line));
+        LutImage current = Filled(1), base = Filled(2), expected{};
+        QCOMPARE(ReadCsvFile(path, current, base), row.value ? 0 : int(kInvalidData));
+        for (int i = 0; i < (row.value ? 4096 : 5); ++i)
+            expected.Entries[i] = i == 5 ? *row.value : i;
         QVERIFY(Same(current, expected));
-        QVERIFY(Same(base, isNumber ? expected : LutImage{}));
+        QVERIFY(Same(base, row.value ? expected : LutImage{}));
     }
 
-    void CsvFile_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("code");
-        const QByteArray good = CsvLines(4096);
-        QTextCodec* utf16 = QTextCodec::codecForName("UTF-16"); // writes a byte order mark
-        QTest::newRow("a line short") << CsvLines(4095) << int(kInvalidData);
-        QTest::newRow("a line more") << good + "4096\n" << 0;
-        QTest::newRow("no last line end") << good.chopped(1) << 0;
-        QTest::newRow("carriage returns") << CsvLines(4096, -1, {}, "\r\n") << 0;
-        QTest::newRow("only carriage returns") << CsvLines(4096, -1, {}, "\r") << int(kInvalidData);
-        QTest::newRow("UTF-16") << utf16->fromUnicode(QString::fromLatin1(good)) << 0;
-        QTest::newRow("a picture") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << int(kInvalidData);
-    }
+    void CsvFile_data() { addRows(kCsvFiles); }
 
     void CsvFile()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(int, code);
+        const auto& row = currentRow(kCsvFiles);
         LutImage current = Filled(1), base = Filled(2), identity;
-        QCOMPARE(ReadCsvFile(Put(text), current, base), code);
+        QCOMPARE(ReadCsvFile(Put(row.text), current, base), row.isGood ? 0 : int(kInvalidData));
         MakeIdentity(identity);
-        QCOMPARE(Same(current, identity), code == 0);
-        QVERIFY(Same(base, code == 0 ? identity : LutImage{}));
+        QCOMPARE(Same(current, identity), row.isGood);
+        QVERIFY(Same(base, row.isGood ? identity : LutImage{}));
     }
 
     // Nothing that isn't a regular file is opened, to read or to write; none of it blocks, and all of it
     // stays.
-    void NoRegularFile_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::newRow("absent directory") << "absent/file";
-        QTest::newRow("directory") << "directory";
-        QTest::newRow("pipe") << "pipe";
-        QTest::newRow("endless device") << "/dev/zero";
-        QTest::newRow("name too long") << QString(5000, 'x');
-    }
-
     void NoRegularFile()
     {
-        QFETCH(QString, path);
         QDir(m_dir->path()).mkdir("directory");
         QCOMPARE(mkfifo(qPrintable(Path("pipe")), 0600), 0);
-        path = QDir(m_dir->path()).absoluteFilePath(path);
-        const bool existed = QFileInfo::exists(path);
-
-        LutImage current = Filled(1), base = Filled(2);
-        QCOMPARE(ReadLutFile(path, current, base), int(kOpenFailed));
-        QCOMPARE(ReadBaseLutFile(path, base), int(kOpenFailed));
-        QCOMPARE(ReadCsvFile(path, current, base), int(kOpenFailed));
-        QVERIFY(Same(current, Filled(1)));
-        QVERIFY(Same(base, Filled(2)));
-        if (path.startsWith("/dev/"))
-            return; // a fault here must not cost root's machine a device
-        QCOMPARE(WriteLutFile(path, current, true), int(kOpenFailed));
-        QCOMPARE(WriteCsvFile(path, current), int(kOpenFailed));
-        QVERIFY(!QFileInfo(path).isFile());
-        QCOMPARE(QFileInfo::exists(path), existed);
+        for (const QString& name : {QString("absent/file"), QString("directory"), QString("pipe"),
+                                    QString("/dev/zero"), QString(5000, 'x')}) {
+            const QString path = QDir(m_dir->path()).absoluteFilePath(name);
+            const bool existed = QFileInfo::exists(path);
+            LutImage current = Filled(1), base = Filled(2);
+            QVERIFY2(ReadLutFile(path, current, base) == kOpenFailed, qPrintable(name));
+            QVERIFY2(ReadBaseLutFile(path, base) == kOpenFailed, qPrintable(name));
+            QVERIFY2(ReadCsvFile(path, current, base) == kOpenFailed, qPrintable(name));
+            QVERIFY(Same(current, Filled(1)) && Same(base, Filled(2)));
+            if (path.startsWith("/dev/"))
+                continue; // a fault here must not cost root's machine a device
+            QVERIFY2(WriteLutFile(path, current, true) == kOpenFailed, qPrintable(name));
+            QVERIFY2(WriteCsvFile(path, current) == kOpenFailed, qPrintable(name));
+            QVERIFY2(!QFileInfo(path).isFile() && QFileInfo::exists(path) == existed, qPrintable(name));
+        }
     }
 
     // 2 GiB that hold one line: read as an image like any other, and refused as numbers without being taken
@@ -273,16 +246,13 @@ private slots:
     void WritingOnAFullDisk()
     {
         Put("old");
-        int lutCode = 0, csvCode = 0, newCode = 0;
+        QList<int> codes;
         {
             const FullDisk full(4000);
-            lutCode = WriteLutFile(Path("file"), LutImage{}, true);
-            csvCode = WriteCsvFile(Path("file"), LutImage{});
-            newCode = WriteCsvFile(Path("new"), LutImage{});
+            codes << WriteLutFile(Path("file"), LutImage{}, true) << WriteCsvFile(Path("file"), LutImage{})
+                  << WriteCsvFile(Path("new"), LutImage{});
         }
-        QCOMPARE(lutCode, int(kOpenFailed));
-        QCOMPARE(csvCode, int(kOpenFailed));
-        QCOMPARE(newCode, int(kOpenFailed));
+        QCOMPARE(codes, (QList<int>{kOpenFailed, kOpenFailed, kOpenFailed}));
         QCOMPARE(Get(), QByteArray("old"));
         QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList{"file"});
     }
@@ -292,10 +262,8 @@ private slots:
         const auto mode = [this](const char* name, mode_t bits) {
             return chmod(qPrintable(Path(name)), bits) == 0;
         };
-        for (const char* name : {"secret", "writable", "fixed"}) {
-            QFile file(Path(name));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write("old") == 3);
-        }
+        for (const char* name : {"secret", "writable", "fixed"})
+            Put("old", name);
         QVERIFY(mode("secret", 0000) && mode("writable", 0666) && mode("fixed", 0444) && mode("", 0555));
         LutImage current = Filled(1), base = Filled(2);
         {
@@ -313,9 +281,9 @@ private slots:
 
 private:
     QString Path(const QString& name) const { return m_dir->filePath(name); }
-    QString Put(const QByteArray& bytes)
+    QString Put(const QByteArray& bytes, const QString& name = "file")
     {
-        QFile file(Path("file"));
+        QFile file(Path(name));
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("no file to test with");
         return file.fileName();

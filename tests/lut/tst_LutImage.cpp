@@ -1,10 +1,24 @@
 #include <limits>
 
-#include <QtTest>
-
 #include "lut/LutImage.h"
+#include "support/Rows.h"
 
 using namespace orlune;
+
+namespace {
+
+const struct
+{
+    const char* name;
+    const char* text;
+    QByteArray stored;
+} kNames[] = {{"none", "", ""},
+              {"16 bytes, no terminator", "0123456789abcdef", "0123456789abcdef"},
+              {"17 bytes", "0123456789abcdefg", "0123456789abcdef"},
+              {"Latin-1", "für", "f\xfcr"},
+              {"outside Latin-1", "曲线", "??"}};
+
+} // namespace
 
 class tst_LutImage : public QObject
 {
@@ -28,29 +42,17 @@ private slots:
                                                          "00 00 00 00 00 00 00 00"));
     }
 
-    void Names_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("stored");
-        QTest::newRow("none") << QString() << QByteArray();
-        QTest::newRow("16 bytes, no terminator")
-            << QString("0123456789abcdef") << QByteArray("0123456789abcdef");
-        QTest::newRow("17 bytes") << QString("0123456789abcdefg") << QByteArray("0123456789abcdef");
-        QTest::newRow("Latin-1") << QString::fromUtf8("für") << QByteArray("f\xfcr");
-        QTest::newRow("outside Latin-1") << QString::fromUtf8("曲线") << QByteArray("??");
-    }
+    void Names_data() { addRows(kNames); }
 
     void Names()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, stored);
+        const auto& row = currentRow(kNames);
         LutImage image{};
         StampTrailer(image, {}, "an earlier name!");
-        StampTrailer(image, {}, name);
-
+        StampTrailer(image, {}, QString::fromUtf8(row.text));
         const QByteArray field(reinterpret_cast<const char*>(image.Trailer) + 24, 16);
-        QCOMPARE(field, stored + QByteArray(16 - stored.size(), '\0'));
-        QCOMPARE(ReadTrailer(image)->StandardName, stored);
+        QCOMPARE(field, row.stored + QByteArray(16 - row.stored.size(), '\0'));
+        QCOMPARE(ReadTrailer(image)->StandardName, row.stored);
     }
 
     void SettingsOutsideTheirLimits()
