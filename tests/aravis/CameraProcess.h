@@ -6,6 +6,9 @@
 
 #include "OwnNetwork.h"
 
+// After a start that went wrong.
+#define SKIP_WITHOUT_PORT() QSKIP("no GigE Vision camera can be served on loopback: UDP port 3956 is taken")
+
 class CameraProcess
 {
 public:

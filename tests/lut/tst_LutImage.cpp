@@ -1,24 +1,10 @@
 #include <limits>
 
+#include <QtTest>
+
 #include "lut/LutImage.h"
-#include "support/Rows.h"
 
 using namespace orlune;
-
-namespace {
-
-const struct
-{
-    const char* name;
-    const char* text;
-    QByteArray stored;
-} kNames[] = {{"none", "", ""},
-              {"16 bytes, no terminator", "0123456789abcdef", "0123456789abcdef"},
-              {"17 bytes", "0123456789abcdefg", "0123456789abcdef"},
-              {"Latin-1", "für", "f\xfcr"},
-              {"outside Latin-1", "曲线", "??"}};
-
-} // namespace
 
 class tst_LutImage : public QObject
 {
@@ -42,17 +28,21 @@ private slots:
                                                          "00 00 00 00 00 00 00 00"));
     }
 
-    void Names_data() { addRows(kNames); }
-
     void Names()
     {
-        const auto& row = currentRow(kNames);
-        LutImage image{};
-        StampTrailer(image, {}, "an earlier name!");
-        StampTrailer(image, {}, QString::fromUtf8(row.text));
-        const QByteArray field(reinterpret_cast<const char*>(image.Trailer) + 24, 16);
-        QCOMPARE(field, row.stored + QByteArray(16 - row.stored.size(), '\0'));
-        QCOMPARE(ReadTrailer(image)->StandardName, row.stored);
+        const std::pair<const char*, QByteArray> rows[] = {{"", ""},
+                                                           {"0123456789abcdef", "0123456789abcdef"}, // no end
+                                                           {"0123456789abcdefg", "0123456789abcdef"},
+                                                           {"für", "f\xfcr"},
+                                                           {"曲线", "??"}};
+        for (const auto& [name, stored] : rows) {
+            LutImage image{};
+            StampTrailer(image, {}, "an earlier name!");
+            StampTrailer(image, {}, QString::fromUtf8(name));
+            const QByteArray field(reinterpret_cast<const char*>(image.Trailer) + 24, 16);
+            QCOMPARE(field, stored + QByteArray(16 - stored.size(), '\0'));
+            QCOMPARE(ReadTrailer(image)->StandardName, stored);
+        }
     }
 
     void SettingsOutsideTheirLimits()
