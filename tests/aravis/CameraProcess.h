@@ -6,8 +6,10 @@
 
 #include "OwnNetwork.h"
 
-// After a start that went wrong.
-#define SKIP_WITHOUT_PORT() QSKIP("no GigE Vision camera can be served on loopback: UDP port 3956 is taken")
+// Starts a camera with these options.
+#define START_OR_SKIP(process, ...)                                                                          \
+    if (!(process).start({__VA_ARGS__}))                                                                     \
+    QSKIP("no GigE Vision camera can be served on loopback: UDP port 3956 is taken")
 
 class CameraProcess
 {

@@ -14,34 +14,26 @@
 
 namespace {
 
-// One thing that a person does in the plug-in's window.
-struct Step
+// What a person does in the plug-in's window, one after the other.
+const struct
 {
     const char* name;
     std::function<void(ModuleHost&)> act;
+} kSteps[] = {
+    {"gamma", [](auto& host) { host.type("objGammaLineEdit", "230"); }},
+    {"brightness", [](auto& host) { host.type("objBrightnessLineEdit", "-20"); }},
+    {"contrast", [](auto& host) { host.type("objContrastLineEdit", "35"); }},
+    {"range's end", [](auto& host) { host.type("objLutRangeMaxEdit", "3000"); }},
+    {"range's start", [](auto& host) { host.type("objLutRangeMinEdit", "100"); }},
+    {"gamma slider", [](auto& host) { host.moveSlider("objGammaSlider", 150); }},
+    {"brightness slider", [](auto& host) { host.moveSlider("objBrightnessSlider", 11); }},
+    {"contrast slider", [](auto& host) { host.moveSlider("objContrastSlider", -7); }},
+    {"stored in the camera", [](auto& host) { host.click("objWriteLutButton"); }},
+    {"standard curve", [](auto& host) { host.click(kRadios[Standard]), host.choose("negative"); }},
+    {"read from the camera", [](auto& host) { host.click(kRadios[Device]); }},
+    {"changed after that", [](auto& host) { host.type("objGammaLineEdit", "80"); }},
+    {"default", [](auto& host) { host.click(kRadios[Default]); }},
 };
-
-const QVector<Step>& steps()
-{
-    static const QVector<Step> list = {
-        {"gamma", [](ModuleHost& host) { host.type("objGammaLineEdit", "230"); }},
-        {"brightness", [](ModuleHost& host) { host.type("objBrightnessLineEdit", "-20"); }},
-        {"contrast", [](ModuleHost& host) { host.type("objContrastLineEdit", "35"); }},
-        {"range's end", [](ModuleHost& host) { host.type("objLutRangeMaxEdit", "3000"); }},
-        {"range's start", [](ModuleHost& host) { host.type("objLutRangeMinEdit", "100"); }},
-        {"gamma slider", [](ModuleHost& host) { host.find<QSlider>("objGammaSlider").setValue(150); }},
-        {"brightness slider",
-         [](ModuleHost& host) { host.find<QSlider>("objBrightnessSlider").setValue(11); }},
-        {"contrast slider", [](ModuleHost& host) { host.find<QSlider>("objContrastSlider").setValue(-7); }},
-        {"stored in the camera", [](ModuleHost& host) { host.click("objWriteLutButton"); }},
-        {"standard curve",
-         [](ModuleHost& host) { host.click("objInitLutRadioButton"), host.choose("negative"); }},
-        {"read from the camera", [](ModuleHost& host) { host.click("objDeviceLutRadioButton"); }},
-        {"changed after that", [](ModuleHost& host) { host.type("objGammaLineEdit", "80"); }},
-        {"default", [](ModuleHost& host) { host.click("objDefaultRadioButton"); }},
-    };
-    return list;
-}
 
 // As a viewer does on the plug-in's messages.
 void obey(ModuleHost& host, host::Camera& camera)
@@ -54,17 +46,13 @@ void obey(ModuleHost& host, host::Camera& camera)
     };
 }
 
-// What a person sees of the settings.
-QStringList settings(const ModuleHost& host)
-{
-    QStringList texts;
-    for (const char* edit : {"objLutRangeMinEdit", "objLutRangeMaxEdit", "objGammaLineEdit",
-                             "objBrightnessLineEdit", "objContrastLineEdit"})
-        texts += host.text(edit);
-    return texts;
-}
-
 } // namespace
+
+#define OPEN_OR_SKIP(camera, ...)                                                                            \
+    START_OR_SKIP(m_process, __VA_ARGS__);                                                                   \
+    QString error;                                                                                           \
+    const auto camera = host::openAravisCamera({QStringLiteral("127.0.0.1"), {}, {}}, &error);               \
+    QVERIFY2(camera, qPrintable(error))
 
 class tst_ModuleOverGigE : public QObject
 {
@@ -94,14 +82,14 @@ private slots:
         const auto simulated = host::makeSimulatedCamera(options, &error);
         QVERIFY2(simulated, qPrintable(error));
         QVector<QByteArray> registers;
-        QVector<QStringList> texts;
+        QStringList texts;
         {
             ModuleHost host(simulated->remoteNodeMap());
             host.show();
-            for (const Step& step : steps()) {
+            for (const auto& step : kSteps) {
                 step.act(host);
                 registers += simulated->registerBytes(&error);
-                texts += settings(host);
+                texts += host.settings();
             }
         }
 
@@ -112,12 +100,12 @@ private slots:
         obey(host, *camera);
         host.show();
         QCOMPARE(camera->startStream(), QString());
-        for (int i = 0; i < steps().size(); ++i) {
-            steps()[i].act(host);
-            QVERIFY2(m_process.memory(CameraProcess::kLut, bytes) == registers[i], steps()[i].name);
-            QVERIFY2(settings(host) == texts[i], steps()[i].name);
+        for (int i = 0; i < int(std::size(kSteps)); ++i) {
+            const QByteArray name = kSteps[i].name;
+            kSteps[i].act(host);
+            QVERIFY2(m_process.memory(CameraProcess::kLut, bytes) == registers[i], name);
+            QVERIFY2(host.settings() == texts[i], name);
             QVERIFY(camera->isStreaming());
-            const QByteArray name = steps()[i].name;
             const bool bracketed =
                 name == "read from the camera" || (!enable && name != "stored in the camera");
             const QVector<int> bracket = {MSG_DEVICE_ACCESS_BEGIN, MSG_DEVICE_ACCESS_END};
@@ -262,24 +250,8 @@ private slots:
     }
 
 private:
-    std::unique_ptr<host::Camera> open(const QStringList& options)
-    {
-        if (!m_process.start(options))
-            return nullptr;
-        QString error;
-        auto camera = host::openAravisCamera({QStringLiteral("127.0.0.1"), {}, {}}, &error);
-        if (!camera)
-            qWarning("%s", qPrintable(error));
-        return camera;
-    }
-
     CameraProcess m_process;
 };
-
-#define OPEN_OR_SKIP(camera, ...)                                                                            \
-    const std::unique_ptr<host::Camera> camera = open(__VA_ARGS__);                                          \
-    if (!camera)                                                                                             \
-    QSKIP("no GigE Vision camera can be served on loopback: UDP port 3956 is taken")
 
 QTEST_MAIN(tst_ModuleOverGigE)
 #include "tst_ModuleOverGigE.moc"

@@ -9,7 +9,7 @@ private slots:
     // The same events in the same order, and the same bytes in the register.
     void scriptIsAsOnTheSimulatedCamera()
     {
-        START_OR_SKIP();
+        START_OR_SKIP(m_process);
         write("session.txt", "show\n"
                              "set objGammaSlider 220\n"
                              "type objLutRangeMaxEdit 3000\n"
@@ -41,7 +41,7 @@ private slots:
 
     void lostCameraInAScript()
     {
-        START_OR_SKIP();
+        START_OR_SKIP(m_process);
         write("lost.txt",
               "show\nwait 400\nset objGammaSlider 150\nset objGammaSlider 160\nreconnect\nhide\n");
         QProcess viewer;
@@ -62,7 +62,7 @@ private slots:
 
     void noCamera()
     {
-        START_OR_SKIP();
+        START_OR_SKIP(m_process);
         m_process.end();
         write("quit.txt", "quit\n");
         const Result result = run({ORLUNE_HOST, "--camera", "aravis:127.0.0.1", "--script", "quit.txt"});
@@ -79,7 +79,7 @@ private slots:
         const Result nothing = run({ORLUNE_HOST, "--list"});
         QVERIFY2(nothing.out.contains("lut-enable ") && nothing.out.contains("No real camera was found."),
                  qPrintable(nothing.out + nothing.error));
-        START_OR_SKIP();
+        START_OR_SKIP(m_process);
         const Result one = run({ORLUNE_HOST, "--list"});
         QVERIFY2(one.out.contains("aravis:127.0.0.1 ") && one.out.contains("Aravis Fake T1"),
                  qPrintable(one.out + one.error));
@@ -125,12 +125,6 @@ private:
     QTemporaryDir m_folder;
     CameraProcess m_process;
 };
-
-#define START_OR_SKIP()                                                                                      \
-    do {                                                                                                     \
-        if (!m_process.start())                                                                              \
-            QSKIP("no GigE Vision camera can be served on loopback: UDP port 3956 is taken");                \
-    } while (false)
 
 QTEST_GUILESS_MAIN(tst_ViewerOverGigE)
 #include "tst_ViewerOverGigE.moc"

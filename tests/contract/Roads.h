@@ -81,10 +81,8 @@ public:
         started = look();
         step(*editor);
         startedAndStepped = table();
-        for (const char* file : {"kept.lut", "kept.csv"}) {
-            editor->fileAnswers << QDir::current().filePath(file);
-            editor->click("objSaveLutButton");
-        }
+        editor->save("kept.lut");
+        editor->save("kept.csv");
         prepare(*editor);
         step(*editor);
         preparedAndStepped = table();
@@ -109,47 +107,17 @@ public:
 
     Seen look() const
     {
-        QStringList controls;
+        QStringList controls{editor->settings(), editor->standard()};
         for (const char* radio : kRadios)
             controls << QString::number(editor->find<QRadioButton>(radio).isChecked());
-        for (const Control& control : kControls) {
-            controls << editor->text(control.edit) << QString::number(editor->enabled(control.edit));
-            if (control.slider)
-                controls << QString::number(editor->slider(control.slider));
-        }
-        auto& combo = editor->find<QComboBox>("objStandardComboBox");
-        controls << combo.currentText() << QString::number(combo.isEnabled());
+        for (const Control& control : kControls)
+            controls << QString::number(editor->enabled(control.edit));
+        controls << QString::number(editor->enabled("objStandardComboBox"));
         return {controls.join(' '), editor->find<QWidget>("objPlotterWidget").grab().toImage()};
     }
 
-    // Where edits, sliders and camera contradict each other after an action that went well;
-    // empty when nowhere.
-    QString contradiction()
-    {
-        const QByteArray image = table();
-        const char* trailer = image.constData() + 16384;
-        for (const Control& control : kControls) {
-            const QString text = editor->text(control.edit);
-            if (control.slider && QString::number(editor->slider(control.slider)) != text)
-                return QString("%1 beside a slider: %2").arg(text, control.slider);
-            trailer += 4;
-            if (QString::number(qFromLittleEndian<qint32>(trailer)) != text)
-                return QString("%1 in %2 is not in the camera").arg(text, control.edit);
-        }
-        trailer += 4;
-        if (editor->find<QComboBox>("objStandardComboBox").currentText() !=
-            QString::fromLatin1(trailer, 16).section(QChar(0), 0, 0))
-            return "another standard curve in the camera";
-        return QString();
-    }
-
-    QByteArray savedTable()
-    {
-        QFile::remove("saved.lut");
-        editor->fileAnswers << QDir::current().filePath("saved.lut");
-        editor->click("objSaveLutButton");
-        return WorkingDirectory::read("saved.lut");
-    }
+    QString contradiction() { return editor->contradiction(table()); }
+    QByteArray savedTable() { return editor->save(); }
 
     // Whether the plug-in's messages are accesses that were opened and closed one after the other.
     bool bracketsAreClosed() const
@@ -202,9 +170,7 @@ struct Road
 // The files are those that startAndLearn() has kept.
 inline void takeSource(ModuleHost& editor, int source)
 {
-    if (source == LutFile || source == Csv)
-        editor.fileAnswers << QDir::current().filePath(source == Csv ? "kept.csv" : "kept.lut");
-    editor.click(kRadios[source]);
+    editor.take(source, source == Csv ? "kept.csv" : "kept.lut");
 }
 
 inline std::vector<Road> makeRoads()

@@ -94,8 +94,6 @@ class tst_FaultMatrix : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); }
-
     void start_data()
     {
         addColumns();
@@ -283,11 +281,5 @@ private:
     QByteArray m_startedAndStepped;
 };
 
-int main(int argc, char** argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication app(argc, argv);
-    tst_FaultMatrix test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(tst_FaultMatrix)
 #include "tst_FaultMatrix.moc"

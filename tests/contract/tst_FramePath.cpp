@@ -208,11 +208,5 @@ private slots:
     }
 };
 
-int main(int argc, char** argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication app(argc, argv);
-    tst_FramePath test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(tst_FramePath)
 #include "tst_FramePath.moc"

@@ -128,7 +128,6 @@ class tst_Memory : public QObject
 private slots:
     void initTestCase()
     {
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
         m_create = CreatePluginObjectFunction(m_library.resolve("CreatePluginObject"));
         m_destroy = DestoryPluginObjectFunction(m_library.resolve("DestoryPluginObject"));
         QVERIFY(m_create && m_destroy);
@@ -332,11 +331,5 @@ private:
     std::unique_ptr<Rig> m_rig;
 };
 
-int main(int argc, char** argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication app(argc, argv);
-    tst_Memory test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(tst_Memory)
 #include "tst_Memory.moc"

@@ -4,9 +4,6 @@
 #include <QMetaMethod>
 #include <QProcess>
 
-using Act = std::function<void(ModuleHost&)>;
-Q_DECLARE_METATYPE(Act)
-
 namespace {
 
 QByteArray outputOf(const QString& program, const QStringList& arguments)
@@ -17,6 +14,35 @@ QByteArray outputOf(const QString& program, const QStringList& arguments)
         return "failed: " + process.readAllStandardError();
     return process.readAllStandardOutput();
 }
+
+// What a host may leave in the middle of.
+void takeStep(ModuleHost& e)
+{
+    e.wheel("objGammaSlider", {0, 120});
+}
+void takeDevice(ModuleHost& e)
+{
+    e.take(Device);
+}
+const struct
+{
+    const char* name;
+    int moment; // a message, or 0 for a box or file dialog
+    void (*act)(ModuleHost&);
+} kMoments[] = {
+    {"box of a step", 0, takeStep},
+    {"box of a rejected value", 0, [](ModuleHost& e) { e.type("objLutRangeMinEdit", "4090"); }},
+    {"box of a source", 0, takeDevice},
+    {"box of a store", 0, [](ModuleHost& e) { e.click("objWriteLutButton"); }},
+    {"file dialog of a source", 0, [](ModuleHost& e) { e.take(LutFile); }},
+    {"file dialog of a save", 0, [](ModuleHost& e) { e.click("objSaveLutButton"); }},
+    {"start of a step's access", MSG_DEVICE_ACCESS_BEGIN, takeStep},
+    {"end of a step's access", MSG_DEVICE_ACCESS_END, takeStep},
+    {"start of a source's access", MSG_DEVICE_ACCESS_BEGIN, takeDevice},
+    {"end of a source's access", MSG_DEVICE_ACCESS_END, takeDevice},
+    {"hidden", MSG_DIALOG_HIDDEN, [](ModuleHost& e) { e.dialog->close(); }},
+    {"shown", MSG_DIALOG_SHOWN, [](ModuleHost& e) { e.send(MSG_HIDE_DIALOG), e.send(MSG_SHOW_DIALOG); }},
+};
 
 } // namespace
 
@@ -99,11 +125,8 @@ private slots:
         library.unload();
     }
 
-    void texts_data()
+    void texts()
     {
-        QTest::addColumn<int>("language");
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QString>("text");
         const struct
         {
             int code;
@@ -118,103 +141,46 @@ private slots:
                      "Lut文件丢失，请重装安装包解决该问题"},
                     {-6, "", ""},
                     {1, "", ""}};
-        for (const auto& row : rows) {
-            QTest::addRow("English %d", row.code) << 0 << row.code << QString::fromUtf8(row.english);
-            QTest::addRow("Chinese %d", row.code) << 1 << row.code << QString::fromUtf8(row.chinese);
+        FakeCamera camera, info;
+        WorkingDirectory directory;
+        auto& name = info.add<FakeCamera::String>("DeviceDisplayName").value;
+        for (const int language : {0, 1, 2}) {
+            const bool isChinese = language == 1;
+            QTextCodec* codec = QTextCodec::codecForName(isChinese ? "GB2312" : "ISO-8859-1");
+            const QString device = QString::fromUtf8(isChinese ? "相机" : "Caméra");
+            name = codec->fromUnicode(device).toStdString();
+            ModuleHost host(&camera, language, &info);
+            for (const auto& row : rows)
+                QCOMPARE(codec->toUnicode(host.plugin->GetErrorText(row.code)),
+                         QString::fromUtf8(isChinese ? row.chinese : row.english));
+            QCOMPARE(codec->toUnicode(host.plugin->GetDisplayName()),
+                     QString::fromUtf8(isChinese ? "Orlune插件" : "Orlune Plugin"));
+            QCOMPARE(host.dialog->windowTitle(), "Orlune  " + device);
+            QCOMPARE(QTextCodec::codecForLocale(), isChinese ? codec : QTextCodec::codecForName("UTF-8"));
         }
-        QTest::newRow("another language") << 2 << -2 << "Out of memory";
-    }
-
-    void texts()
-    {
-        QFETCH(int, language);
-        QFETCH(int, code);
-        QFETCH(QString, text);
-        QTextCodec* before = QTextCodec::codecForLocale();
-        FakeCamera camera;
-        WorkingDirectory directory;
-        ModuleHost host(&camera, language);
-        QTextCodec* codec = QTextCodec::codecForName(language == 1 ? "GB2312" : "ISO-8859-1");
-        QCOMPARE(codec->toUnicode(host.plugin->GetErrorText(code)), text);
-        QCOMPARE(codec->toUnicode(host.plugin->GetDisplayName()),
-                 language == 1 ? QString::fromUtf8("Orlune插件") : QStringLiteral("Orlune Plugin"));
-        QCOMPARE(QTextCodec::codecForLocale(), language == 1 ? codec : before);
-        QTextCodec::setCodecForLocale(before);
-    }
-
-    void title_data()
-    {
-        QTest::addColumn<QString>("node"); // type of DeviceDisplayName
-        QTest::addColumn<QString>("title");
-        QTest::newRow("no map") << "no map"
-                                << "Orlune";
-        QTest::newRow("no node") << "absent"
-                                 << "Orlune";
-        QTest::newRow("another type") << "integer"
-                                      << "Orlune";
-        QTest::newRow("throws") << "throws"
-                                << "Orlune";
-        QTest::newRow("named") << "Cam1"
-                               << "Orlune  Cam1";
-        QTest::newRow("Latin-1") << QString::fromUtf8("Caméra") << QString::fromUtf8("Orlune  Caméra");
-    }
-
-    void title()
-    {
-        QFETCH(QString, node);
-        FakeCamera camera;
-        FakeCamera info;
-        auto& name = info.add<FakeCamera::String>("DeviceDisplayName");
-        name.value = node.toLatin1().toStdString();
-        if (node == "absent")
-            info.remove("DeviceDisplayName");
-        else if (node == "integer")
-            info.add<FakeCamera::Integer>("DeviceDisplayName");
-        else if (node == "throws")
-            name.failure = FakeCamera::Failure::Camera;
-        WorkingDirectory directory;
-        ModuleHost host(&camera, 0, node == "no map" ? nullptr : &info);
-        QCOMPARE(host.initResult, 0);
-        QTEST(host.dialog->windowTitle(), "title");
-        QCOMPARE(host.boxes, QStringList());
-    }
-
-    void failedInit_data()
-    {
-        QTest::addColumn<QString>("trouble");
-        QTest::addColumn<int>("code");
-        QTest::newRow("probe fails") << "probe" << -4;
-        QTest::newRow("no catalogue") << "catalogue" << -5;
-        QTest::newRow("no identity in it") << "identity" << -5;
     }
 
     void failedInit()
     {
-        QFETCH(QString, trouble);
         FakeCamera camera;
         WorkingDirectory directory;
-        if (trouble == "probe")
-            camera.remove("LUTSelector");
-        if (trouble == "catalogue")
-            QVERIFY(QDir(WorkingDirectory::standardPath()).removeRecursively());
-        if (trouble == "identity")
-            QVERIFY(QFile::remove(WorkingDirectory::standardPath() + "/lut4_11.bin"));
+        const QString standard = WorkingDirectory::standardPath();
+        QVERIFY(QDir().rename(standard, "away"));
         ModuleHost host(&camera);
-        QTEST(host.initResult, "code");
-        QCOMPARE(host.boxes, QStringList());
+        QCOMPARE(host.initResult, -5); // no catalogue
+        host.plugin->UninitPlugin();
+        QVERIFY(QDir().rename("away", standard) && QFile::rename(standard + "/lut4_11.bin", "identity"));
+        host.start();
+        QCOMPARE(host.initResult, -5); // no identity in it
         // The dialog is there, unconnected, and works without falling over.
         QVERIFY(host.dialog);
         host.send(MSG_SHOW_DIALOG);
         host.wheel("objGammaSlider", {0, 120});
         QCOMPARE(host.messages, QVector<int>());
-        if (trouble == "probe")
-            QVERIFY(camera.log.filter("LUTValueAll").isEmpty());
+        QCOMPARE(host.boxes, QStringList());
         host.plugin->UninitPlugin();
         QVERIFY(!host.parent.findChild<QDialog*>());
-        // The object can be started again.
-        camera.add<FakeCamera::Enumeration>("LUTSelector");
-        directory.~WorkingDirectory();
-        new (&directory) WorkingDirectory;
+        QVERIFY(QFile::rename("identity", standard + "/lut4_11.bin"));
         host.start();
         QCOMPARE(host.initResult, 0);
     }
@@ -308,40 +274,13 @@ private slots:
         QCOMPARE(camera.log.filter("LUTValueAll.Set").size(), 1);
     }
 
-    void hostLeaves_data()
-    {
-        QTest::addColumn<int>("moment"); // a message, or 0 for a box or file dialog
-        QTest::addColumn<Act>("act");
-        const Act step = [](ModuleHost& e) { e.wheel("objGammaSlider", {0, 120}); };
-        const auto take = [](int source) { return Act([=](ModuleHost& e) { e.click(kRadios[source]); }); };
-        const Act reject = [](ModuleHost& e) { e.type("objLutRangeMinEdit", "4090"); };
-        const Act store = [](ModuleHost& e) { e.click("objWriteLutButton"); };
-        const Act save = [](ModuleHost& e) { e.click("objSaveLutButton"); };
-        const Act close = [](ModuleHost& e) { e.dialog->close(); };
-        const Act reopen = [](ModuleHost& e) {
-            e.send(MSG_HIDE_DIALOG);
-            e.send(MSG_SHOW_DIALOG);
-        };
-        QTest::newRow("box of a step") << 0 << step;
-        QTest::newRow("box of a rejected value") << 0 << reject;
-        QTest::newRow("box of a source") << 0 << take(Device);
-        QTest::newRow("box of a store") << 0 << store;
-        QTest::newRow("file dialog of a source") << 0 << take(LutFile);
-        QTest::newRow("file dialog of a save") << 0 << save;
-        for (const int message : {MSG_DEVICE_ACCESS_BEGIN, MSG_DEVICE_ACCESS_END}) {
-            QTest::addRow("step, message %d", message) << message << step;
-            QTest::addRow("source, message %d", message) << message << take(Device);
-        }
-        QTest::newRow("hidden") << int(MSG_DIALOG_HIDDEN) << close;
-        QTest::newRow("shown") << int(MSG_DIALOG_SHOWN) << reopen;
-    }
+    void hostLeaves_data() { addRows(kMoments); }
 
     // A host ends the plug-in while one of its operations runs: the camera is gone, say, and a box tells the
     // person so.
     void hostLeaves()
     {
-        QFETCH(int, moment);
-        QFETCH(Act, act);
+        const auto& [name, moment, act] = currentRow(kMoments);
         auto camera = std::make_unique<FakeCamera>();
         camera->node<FakeCamera::Integer>("TLParamsLocked").value = 1;
         WorkingDirectory directory;
@@ -383,11 +322,8 @@ private slots:
     {
         QFETCH(int, outer);
         QFETCH(int, inner);
-        FakeCamera camera;
-        auto& locked = camera.node<FakeCamera::Integer>("TLParamsLocked");
-        WorkingDirectory directory;
-        ModuleHost host(&camera);
-        host.show();
+        Session host;
+        auto& locked = host.camera.node<FakeCamera::Integer>("TLParamsLocked");
         const auto act = [&](int source, const char* slider) {
             source < 0 ? host.wheel(slider, {0, 120}) : host.click(kRadios[source]);
         };
@@ -405,16 +341,9 @@ private slots:
         locked.value = 0;
         host.click(kRadios[Default]);
         host.type("objContrastLineEdit", "35");
-        const QByteArray table = camera.node<FakeCamera::Register>("LUTValueAll").bytes;
-        host.fileAnswers << directory.path("table.lut");
-        host.click("objSaveLutButton");
-        QVERIFY(WorkingDirectory::read(directory.path("table.lut")) == table);
-        const char* trailer = table.constData() + 16384;
-        for (const Control& control : kControls) {
-            trailer += 4;
-            QCOMPARE(host.text(control.edit), QString::number(qFromLittleEndian<qint32>(trailer)));
-        }
-        QCOMPARE(host.text("objGammaLineEdit"), QStringLiteral("100"));
+        QCOMPARE(host.contradiction(host.table()), QString());
+        QVERIFY(host.save() == host.table());
+        QCOMPARE(host.text("objGammaLineEdit"), QString("100"));
     }
 
     void loadedAgainAndAgain()
@@ -436,25 +365,13 @@ private slots:
 
     void severalAtOnce()
     {
-        FakeCamera first;
-        FakeCamera second(true);
-        WorkingDirectory directory;
-        ModuleHost a(&first);
-        ModuleHost b(&second);
-        a.show();
-        b.show();
+        Session a, b(kKinds[1]);
         a.wheel("objGammaSlider", {0, 120});
         QCOMPARE(a.text("objGammaLineEdit"), QStringLiteral("110"));
         QCOMPARE(b.text("objGammaLineEdit"), QStringLiteral("100"));
-        QVERIFY(second.log.filter("LUTValueAll.Set").isEmpty());
+        QCOMPARE(b.writes(), 0);
     }
 };
 
-int main(int argc, char** argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication app(argc, argv);
-    tst_Module test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(tst_Module)
 #include "tst_Module.moc"
