@@ -116,6 +116,14 @@ public:
         return {controls.join(' '), editor->find<QWidget>("objPlotterWidget").grab().toImage()};
     }
 
+    // How the window looks otherwise; empty when it doesn't.
+    QString difference(const Seen& wanted) const
+    {
+        const Seen seen = look();
+        if (seen.controls != wanted.controls)
+            return seen.controls + " instead of " + wanted.controls;
+        return seen.picture == wanted.picture ? QString() : QString("another picture");
+    }
     QString contradiction() { return editor->contradiction(table()); }
     QByteArray savedTable() { return editor->save(); }
 
@@ -175,39 +183,37 @@ inline void takeSource(ModuleHost& editor, int source)
 
 inline std::vector<Road> makeRoads()
 {
-    const auto nothing = [](Rig&) {};
     std::vector<Road> roads;
+    const auto add = [&](
+                         const QByteArray& name, Road::End failed, std::function<void(ModuleHost&)> act,
+                         std::function<void(Rig&)> before = [](Rig&) {}) {
+        roads.push_back({name, failed, name.startsWith("Device"), before, act});
+    };
     for (const Control& control : kControls) {
-        roads.push_back({QByteArray(control.edit) + " typed", Road::Restored, false, nothing,
-                         [control](ModuleHost& e) { e.type(control.edit, QString::number(control.value)); }});
+        add(QByteArray(control.edit) + " typed", Road::Restored,
+            [control](ModuleHost& e) { e.type(control.edit, QString::number(control.value)); });
         if (control.slider)
-            roads.push_back({QByteArray(control.slider) + " stepped", Road::Restored, false, nothing,
-                             [control](ModuleHost& e) {
-                                 e.wheel(control.slider, {0, -120});
-                             }});
+            add(QByteArray(control.slider) + " stepped", Road::Restored, [control](ModuleHost& e) {
+                e.wheel(control.slider, {0, -120});
+            });
     }
     const char* const names[] = {"Standard", "Device", "Lut File", "CSV File", "Default"};
     for (int source = Standard; source <= Default; ++source) {
         const auto take = [source](ModuleHost& e) { takeSource(e, source); };
-        roads.push_back({QByteArray(names[source]) + " taken", Road::Default, source == Device,
-                         [source](Rig& rig) {
-                             if (source == Standard)
-                                 rig.editor->click(kRadios[Default]);
-                         },
-                         take});
-        roads.push_back({QByteArray(names[source]) + " taken again", Road::Default, source == Device,
-                         [take](Rig& rig) { take(*rig.editor); }, take});
+        add(QByteArray(names[source]) + " taken", Road::Default, take, [source](Rig& rig) {
+            if (source == Standard)
+                rig.editor->take(Default);
+        });
+        add(QByteArray(names[source]) + " taken again", Road::Default, take,
+            [take](Rig& rig) { take(*rig.editor); });
     }
-    roads.push_back(
-        {"standard curve chosen", Road::Default, false, nothing, [](ModuleHost& e) { e.choose("lut4_11"); }});
-    roads.push_back({"stored", Road::Kept, false,
-                     [](Rig& rig) {
-                         // so that it shows whether anything was stored
-                         rig.editor->click(kRadios[Default]);
-                         rig.editor->click("objWriteLutButton");
-                         prepare(*rig.editor);
-                     },
-                     [](ModuleHost& e) { e.click("objWriteLutButton"); }});
+    add("standard curve chosen", Road::Default, [](ModuleHost& e) { e.choose("lut4_11"); });
+    const auto store = [](ModuleHost& e) { e.click("objWriteLutButton"); };
+    add("stored", Road::Kept, store, [store](Rig& rig) { // so that it shows whether anything was stored
+        rig.editor->take(Default);
+        store(*rig.editor);
+        prepare(*rig.editor);
+    });
     return roads;
 }
 
