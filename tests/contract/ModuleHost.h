@@ -160,6 +160,7 @@ public:
     }
     QString text(const char* edit) const { return find<QLineEdit>(edit).text(); }
     int slider(const char* name) const { return find<QSlider>(name).value(); }
+    void moveSlider(const char* name, int value) { find<QSlider>(name).setValue(value); }
     bool enabled(const char* name) const { return find<QWidget>(name).isEnabled(); }
     QString standard() const { return find<QComboBox>("objStandardComboBox").currentText(); }
 

@@ -1,7 +1,9 @@
 #include <QtTest>
 
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
+#include <new>
 #include <vector>
 
 #include "PlainCurve.h"
@@ -50,6 +52,42 @@ QString Difference(const Table& table, const Table& wanted)
 }
 
 } // namespace
+
+// What the curve engine does with memory.
+namespace {
+
+int g_alive = 0;    // arrays
+int g_requests = 0; // for arrays, without exceptions
+int g_failing = -1; // the request that fails
+
+} // namespace
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    void* memory = g_requests++ == g_failing ? nullptr : std::malloc(size);
+    g_alive += memory ? 1 : 0;
+    return memory;
+}
+
+void* operator new[](std::size_t size)
+{
+    void* memory = std::malloc(size);
+    if (!memory)
+        throw std::bad_alloc();
+    ++g_alive;
+    return memory;
+}
+
+void operator delete[](void* memory) noexcept
+{
+    g_alive -= memory ? 1 : 0;
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept
+{
+    operator delete[](memory);
+}
 
 class TestBezierCurve : public QObject
 {
@@ -337,6 +375,57 @@ private slots:
         const Table before = table;
         QCOMPARE(call(m_curve, table.data()), code);
         QCOMPARE(Difference(table, before), QString());
+    }
+
+    void failedAllocation_data()
+    {
+        QTest::addColumn<Call>("call");
+        QTest::addColumn<int>("first"); // allocations of an object's first call, and of every later one
+        QTest::addColumn<int>("later");
+        const auto row = [](const char* name, int first, int later, Call call) {
+            QTest::newRow(name) << call << first << later;
+        };
+        using C = CBezierCurve&;
+        using T = std::int32_t*;
+        row("points", 1, 0, [](C c, T t) { return WithPoints(c, {{0, 0}, {4095, 4095}}, 12, t); });
+        row("gamma", 0, 0, [](C c, T t) { return c.CreateGammaLut(2.2, 12, t); });
+        row("brightness", 1, 0, [](C c, T t) { return c.CreateBrightnessLut(7, 12, t); });
+        row("contrast", 1, 0, [](C c, T t) { return c.CreateContrastLut(7, 12, t); });
+        row("composite", 4, 0, [](C c, T t) { return c.CreateCompositeLut(7, 7, 2.2, 12, t); });
+        row("range", 5, 1, [](C c, T t) { return c.AdjustLutRange(7, 7, 2.2, 0, 4095, t); });
+    }
+
+    void failedAllocation()
+    {
+        QFETCH(Call, call);
+        QFETCH(int, first);
+        QFETCH(int, later);
+        Table base = MakeTable([](int i) { return 4095 - i; }), wanted, table;
+        const int alive = g_alive;
+        for (int failing = -1; failing < first; ++failing) {
+            CBezierCurve curve;
+            QCOMPARE(g_alive, alive);
+            table = base;
+            g_requests = 0;
+            g_failing = failing;
+            const int result = call(curve, table.data());
+            g_failing = -1;
+            if (failing < 0) {
+                QCOMPARE(g_requests, first);
+                wanted = table;
+            } else {
+                QVERIFY(table == base);
+            }
+            QCOMPARE(result, failing < 0 ? 0 : -103);
+            for (int again = 0; again < 2; ++again) {
+                g_requests = 0;
+                table = base;
+                QCOMPARE(call(curve, table.data()), 0);
+                QVERIFY(table == wanted);
+            }
+            QCOMPARE(g_requests, later);
+        }
+        QCOMPARE(g_alive, alive);
     }
 
 private:
