@@ -1,27 +1,13 @@
 // Every allocation that the module's own code asks for, refused one at a time: the right code or box, nothing
 // lost, nothing changed by half. This program's allocation functions take the place of the module's.
 #include "contract/Roads.h"
-
-#include <atomic>
-#include <cstdlib>
-#include <new>
+#include "support/Allocations.h"
 
 #include <dlfcn.h>
 
 namespace {
 
-// What the module's code has asked for while it was watched.
 const void* g_module = nullptr;
-std::atomic<bool> g_watched{false};
-int g_asked = 0;
-int g_refused = -1; // the request that gets nothing
-std::size_t g_refusedBytes = 0;
-int g_alive = 0; // not given back yet
-
-struct alignas(16) Header
-{
-    bool isWatched;
-};
 
 const void* moduleOf(const void* address)
 {
@@ -29,96 +15,10 @@ const void* moduleOf(const void* address)
     return dladdr(address, &info) ? info.dli_fbase : nullptr;
 }
 
-void* take(std::size_t size, const void* caller)
-{
-    const bool isWatched = g_watched && moduleOf(caller) == g_module;
-    if (isWatched && g_asked++ == g_refused) {
-        g_refusedBytes = size;
-        return nullptr;
-    }
-
-    auto* header = static_cast<Header*>(std::malloc(sizeof(Header) + size));
-    if (!header)
-        std::abort();
-    header->isWatched = isWatched;
-    g_alive += isWatched;
-    return header + 1;
-}
-
-void* takeOrThrow(std::size_t size, const void* caller)
-{
-    void* memory = take(size, caller);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
-
-void giveBack(void* memory)
-{
-    if (!memory)
-        return;
-    Header* header = static_cast<Header*>(memory) - 1;
-    g_alive -= header->isWatched;
-    std::free(header);
-}
-
-// Runs an action in which one request is refused, or none.
-template <class Action>
-void watch(int refused, Action action)
-{
-    g_asked = 0;
-    g_refused = refused;
-    g_refusedBytes = 0;
-    g_watched = true;
-    action();
-    g_watched = false;
-}
-
 constexpr std::size_t kRegisterBytes = 16424;
 const QStringList kNoTransfer{"Error|Invalid parameter! "}; // the transfer buffer was refused
 
 } // namespace
-
-void* operator new(std::size_t size)
-{
-    return takeOrThrow(size, __builtin_return_address(0));
-}
-void* operator new[](std::size_t size)
-{
-    return takeOrThrow(size, __builtin_return_address(0));
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return take(size, __builtin_return_address(0));
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return take(size, __builtin_return_address(0));
-}
-void operator delete(void* memory) noexcept
-{
-    giveBack(memory);
-}
-void operator delete[](void* memory) noexcept
-{
-    giveBack(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept
-{
-    giveBack(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept
-{
-    giveBack(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept
-{
-    giveBack(memory);
-}
-void operator delete[](void* memory, const std::nothrow_t&) noexcept
-{
-    giveBack(memory);
-}
 
 class tst_Memory : public QObject
 {
@@ -131,6 +31,7 @@ private slots:
         m_destroy = DestoryPluginObjectFunction(m_library.resolve("DestoryPluginObject"));
         QVERIFY(m_create && m_destroy);
         g_module = moduleOf(reinterpret_cast<const void*>(m_create));
+        g_isOurs = [](const void* caller) { return moduleOf(caller) == g_module; };
     }
 
     void objectCreated()
