@@ -2,6 +2,9 @@
 #ifndef ORLUNE_TESTS_ARAVIS_CAMERAPROCESS_H
 #define ORLUNE_TESTS_ARAVIS_CAMERAPROCESS_H
 
+#include <csignal>
+#include <thread>
+
 #include <QtTest>
 
 #include "OwnNetwork.h"
@@ -40,7 +43,13 @@ public:
         if (!m_process.waitForFinished(2000))
             kill();
     }
-    qint64 pid() const { return m_process.processId(); }
+    std::thread killSoon(int milliseconds) const
+    {
+        return std::thread([=, pid = pid_t(m_process.processId())] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            ::kill(pid, SIGKILL);
+        });
+    }
 
     // The camera's memory, past all of the protocol.
     QByteArray memory(int address, int length)

@@ -1,9 +1,7 @@
 // The built module on a camera behind the GigE Vision protocol. What arrives in the camera's memory is held
 // against the simulated camera under the same hands.
 #include <atomic>
-#include <csignal>
 #include <functional>
-#include <thread>
 
 #include "contract/ModuleHost.h"
 
@@ -185,10 +183,7 @@ private slots:
         host.type("objContrastLineEdit", "20");
 
         // While the slider moves, and so most likely during a write.
-        std::thread killer([pid = m_process.pid()] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(60));
-            ::kill(pid_t(pid), SIGKILL);
-        });
+        std::thread killer = m_process.killSoon(60);
         auto& slider = host.find<QSlider>("objGammaSlider");
         int gone = 100;
         while (host.boxes.isEmpty() && gone < 400)

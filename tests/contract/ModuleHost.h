@@ -112,7 +112,6 @@ public:
         m_param.remoteDeviceMap = camera;
         m_param.deviceInfoMap = deviceInfo;
         m_param.languageId = languageId;
-        m_param.parentWidget = &parent;
         start();
     }
     ~ModuleHost() override
@@ -126,15 +125,17 @@ public:
         if (!plugin)
             return;
         plugin->UninitPlugin();
-        m_destroy(std::exchange(plugin, nullptr));
+        destroyObject();
     }
+    void destroyObject() { m_destroy(std::exchange(plugin, nullptr)); }
 
     // Again only after UninitPlugin.
     void start()
     {
         PluginInitParam param = m_param; // gone when the call is over
+        param.parentWidget = parent.get();
         initResult = plugin->InitPlugin(&param);
-        dialog = parent.findChild<QDialog*>();
+        dialog = parent->findChild<QDialog*>();
     }
     void send(int type)
     {
@@ -242,7 +243,7 @@ public:
     QStringList takeBoxes() { return std::exchange(boxes, {}); }
     QVector<int> takeMessages() { return std::exchange(messages, {}); }
 
-    QWidget parent;
+    std::unique_ptr<QWidget> parent = std::make_unique<QWidget>();
     IPlugin* plugin = nullptr;
     QDialog* dialog = nullptr;
     int initResult = 0;

@@ -6,11 +6,8 @@ class tst_Hardening : public QObject
     Q_OBJECT
 
 private slots:
-    void holds_data()
+    void holds()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("option");
-        QTest::addColumn<QString>("line");
         const struct
         {
             const char* what;
@@ -23,26 +20,16 @@ private slots:
             {"stack protector", "--dyn-syms", R"(__stack_chk_fail)"},
             {"code at any address", "--file-header", R"(Type: +DYN )"},
         };
-        const struct
-        {
-            const char* name;
-            const char* file;
-        } programs[] = {{"module", ORLUNE_MODULE}, {"viewer", ORLUNE_HOST}, {"tool", ORLUNE_TOOL}};
-        for (const auto& program : programs)
-            for (const auto& row : rows)
-                QTest::addRow("%s, %s", program.name, row.what) << program.file << row.option << row.line;
-    }
-
-    void holds()
-    {
-        QFETCH(QString, file);
-        QFETCH(QString, option);
-        QFETCH(QString, line);
-        QProcess readelf;
-        readelf.start(ORLUNE_READELF, {"--wide", option, file});
-        QVERIFY(readelf.waitForFinished() && readelf.exitCode() == 0);
-        const QRegularExpression wanted(line, QRegularExpression::MultilineOption);
-        QVERIFY(wanted.match(readelf.readAllStandardOutput()).hasMatch());
+        for (const char* program : {ORLUNE_MODULE, ORLUNE_HOST, ORLUNE_TOOL}) {
+            for (const auto& row : rows) {
+                QProcess readelf;
+                readelf.start(ORLUNE_READELF, {"--wide", row.option, program});
+                QVERIFY(readelf.waitForFinished() && readelf.exitCode() == 0);
+                const QRegularExpression wanted(row.line, QRegularExpression::MultilineOption);
+                QVERIFY2(wanted.match(readelf.readAllStandardOutput()).hasMatch(),
+                         qPrintable(QString(program) + ": " + row.what));
+            }
+        }
     }
 };
 

@@ -75,9 +75,7 @@ private slots:
 
     void metaObject()
     {
-        FakeCamera camera;
-        WorkingDirectory directory;
-        ModuleHost host(&camera);
+        Session host;
         const QMetaObject* meta = host.plugin->metaObject();
         QCOMPARE(meta->className(), "IPlugin");
         QCOMPARE(meta->methodCount() - meta->methodOffset(), 2);
@@ -162,11 +160,11 @@ private slots:
 
     void failedInit()
     {
-        FakeCamera camera;
-        WorkingDirectory directory;
+        Session host;
+        host.plugin->UninitPlugin();
         const QString standard = WorkingDirectory::standardPath();
         QVERIFY(QDir().rename(standard, "away"));
-        ModuleHost host(&camera);
+        host.start();
         QCOMPARE(host.initResult, -5); // no catalogue
         host.plugin->UninitPlugin();
         QVERIFY(QDir().rename("away", standard) && QFile::rename(standard + "/lut4_11.bin", "identity"));
@@ -179,7 +177,7 @@ private slots:
         QCOMPARE(host.messages, QVector<int>());
         QCOMPARE(host.boxes, QStringList());
         host.plugin->UninitPlugin();
-        QVERIFY(!host.parent.findChild<QDialog*>());
+        QVERIFY(!host.parent->findChild<QDialog*>());
         QVERIFY(QFile::rename("identity", standard + "/lut4_11.bin"));
         host.start();
         QCOMPARE(host.initResult, 0);
@@ -220,30 +218,19 @@ private slots:
 
     void onlyOneInit()
     {
-        FakeCamera camera;
-        WorkingDirectory directory;
-        ModuleHost host(&camera);
+        Session host;
         PluginInitParam param{};
-        param.remoteDeviceMap = &camera;
+        param.remoteDeviceMap = &host.camera;
         param.languageId = 1;
         QCOMPARE(host.plugin->InitPlugin(&param), -3);
         QCOMPARE(host.plugin->GetErrorText(0), "success");
-        QCOMPARE(host.parent.findChildren<QDialog*>().size(), 1);
+        QCOMPARE(host.parent->findChildren<QDialog*>().size(), 1);
     }
 
     void parentGoesFirst()
     {
-        FakeCamera camera;
-        WorkingDirectory directory;
-        ModuleHost host(&camera);
-        host.plugin->UninitPlugin();
-        auto parent = std::make_unique<QWidget>();
-        PluginInitParam param{};
-        param.remoteDeviceMap = &camera;
-        param.parentWidget = parent.get();
-        QCOMPARE(host.plugin->InitPlugin(&param), 0);
-        host.send(MSG_SHOW_DIALOG);
-        parent.reset();
+        Session host;
+        host.parent = std::make_unique<QWidget>();
         QVERIFY(host.plugin->IsDialogHidden());
         host.send(MSG_SHOW_DIALOG);
         std::uint16_t pixel = 0;
@@ -256,22 +243,15 @@ private slots:
     // Without UninitPlugin the dialog is its parent's, and works on.
     void objectGoesFirst()
     {
-        FakeCamera camera;
-        WorkingDirectory directory;
-        ModuleHost keepsTheModule(&camera);
         QLibrary library(QStringLiteral(ORLUNE_MODULE));
-        IPlugin* plugin = CreatePluginObjectFunction(library.resolve("CreatePluginObject"))();
-        QWidget parent;
-        PluginInitParam param{};
-        param.remoteDeviceMap = &camera;
-        param.parentWidget = &parent;
-        QCOMPARE(plugin->InitPlugin(&param), 0);
-        DestoryPluginObjectFunction(library.resolve("DestoryPluginObject"))(plugin);
-        auto* slider = parent.findChild<QSlider*>("objGammaSlider");
-        QVERIFY(slider);
-        camera.log.clear();
-        slider->setValue(150);
-        QCOMPARE(camera.log.filter("LUTValueAll.Set").size(), 1);
+        QVERIFY(library.load()); // and stays while the dialog lives
+        {
+            Session host;
+            host.destroyObject();
+            host.moveSlider("objGammaSlider", 150);
+            QCOMPARE(host.writes(), 1);
+        }
+        library.unload();
     }
 
     void hostLeaves_data() { addRows(kMoments); }
@@ -304,7 +284,7 @@ private slots:
         QVERIFY(host.boxes.size() <= int(moment == 0));
         QCOMPARE(host.messages, QVector<int>());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!host.parent.findChild<QDialog*>());
+        QVERIFY(!host.parent->findChild<QDialog*>());
     }
 
     void handlerThatRunsEvents_data()
