@@ -203,26 +203,6 @@ private slots:
         }
     }
 
-    void bracket()
-    {
-        Session host;
-        auto& locked = host.camera.node<FakeCamera::Integer>("TLParamsLocked").value;
-        QStringList order;
-        host.onCode = [&](int code) { order << QString("%1/%2").arg(code).arg(host.writes()); };
-        host.whileBoxOpen = [&] { order << "box"; };
-        locked = 1;
-        host.wheel("objGammaSlider", {0, 120});
-        QCOMPARE(std::exchange(order, {}), (QStringList{"11/0", "10/1"}));
-        host.failure("LUTValueAll") =
-            FakeCamera::Failure::Standard; // its box stands while the bracket is open
-        host.wheel("objGammaSlider", {0, 120});
-        QCOMPARE(std::exchange(order, {}), (QStringList{"11/1", "box", "10/1"}));
-        host.failure("LUTValueAll") = FakeCamera::Failure::None;
-        locked = 0;
-        host.wheel("objGammaSlider", {0, 120});
-        QCOMPARE(order, QStringList());
-    }
-
 private:
     // Of each kind of camera.
     static void addControls(int count = 5)
