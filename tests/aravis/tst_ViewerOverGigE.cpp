@@ -10,21 +10,11 @@ private slots:
     void scriptIsAsOnTheSimulatedCamera()
     {
         START_OR_SKIP(m_process);
-        write("session.txt", "show\n"
-                             "set objGammaSlider 220\n"
-                             "type objLutRangeMaxEdit 3000\n"
-                             "register one.bin\n"
-                             "click objWriteLutButton\n"
-                             "set objContrastSlider -40\n"
-                             "click objDeviceLutRadioButton\n"
-                             "get objGammaLineEdit\n"
-                             "get objContrastLineEdit\n"
-                             "register two.bin\n"
-                             "stream off\n"
-                             "set objGammaSlider 90\n"
-                             "register three.bin\n"
-                             "plugin\n"
-                             "hide\n");
+        write("session.txt", "show\nset objGammaSlider 220\ntype objLutRangeMaxEdit 3000\nregister one.bin\n"
+                             "click objWriteLutButton\nset objContrastSlider -40\n"
+                             "click objDeviceLutRadioButton\nget objGammaLineEdit\nget objContrastLineEdit\n"
+                             "register two.bin\nstream off\nset objGammaSlider 90\nregister three.bin\n"
+                             "plugin\nhide\n");
         QStringList transcripts;
         QVector<QByteArray> registers;
         for (const char* camera : {"lut", "aravis:127.0.0.1"}) {
