@@ -68,7 +68,6 @@ std::vector<Access> accessesOf(Rig& rig, const std::function<void()>& action)
         access.exists =
             rig.camera->remoteNodeMap()->GetNode(name) || rig.camera->deviceNodeMap()->GetNode(name);
     }
-
     return accesses;
 }
 

@@ -75,7 +75,6 @@ std::vector<uchar> mapped(const std::vector<uchar>& src, const std::vector<qint3
         pixel = Pixel(table[std::min<std::size_t>(pixel, table.size() - 1)]);
         std::memcpy(&result[i], &pixel, sizeof pixel);
     }
-
     return result;
 }
 
@@ -107,7 +106,6 @@ std::vector<uchar> makePixels(int bits, Words words, int count, std::size_t entr
             quint16(words == Words::InTable ? random() % entries : edge[random() % std::size(edge)]);
         std::memcpy(&bytes[2 * i], &word, 2);
     }
-
     return bytes;
 }
 
