@@ -2,9 +2,17 @@
 #ifndef ORLUNE_TESTS_ARAVIS_CAMERAPROCESS_H
 #define ORLUNE_TESTS_ARAVIS_CAMERAPROCESS_H
 
+#include <csignal>
+#include <thread>
+
 #include <QtTest>
 
 #include "OwnNetwork.h"
+
+// Starts a camera with these options.
+#define START_OR_SKIP(process, ...)                                                                          \
+    if (!(process).start({__VA_ARGS__}))                                                                     \
+    QSKIP("no GigE Vision camera can be served on loopback: UDP port 3956 is taken")
 
 class CameraProcess
 {
@@ -35,7 +43,13 @@ public:
         if (!m_process.waitForFinished(2000))
             kill();
     }
-    qint64 pid() const { return m_process.processId(); }
+    std::thread killSoon(int milliseconds) const
+    {
+        return std::thread([=, pid = pid_t(m_process.processId())] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            ::kill(pid, SIGKILL);
+        });
+    }
 
     // The camera's memory, past all of the protocol.
     QByteArray memory(int address, int length)

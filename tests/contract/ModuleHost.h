@@ -8,11 +8,11 @@
 #include <numeric>
 #include <vector>
 
-#include <QtTest>
 #include <QtWidgets>
 
 #include "plugin/IPlugin.h"
 #include "support/FakeCamera.h"
+#include "support/Rows.h"
 
 // The five settings.
 struct Control
@@ -33,6 +33,31 @@ const char* const kRadios[] = {"objInitLutRadioButton", "objDeviceLutRadioButton
                                "objCSVFileRadioButton", "objDefaultRadioButton"};
 enum Source { Standard, Device, LutFile, Csv, Default };
 
+inline int identity(int i)
+{
+    return i;
+}
+inline int negative(int i)
+{
+    return 4095 - i;
+}
+
+// The bytes of a table of f(i), with a trailer where settings are given.
+constexpr int kTableBytes = 16384;
+inline QByteArray image(int (*f)(int), const QVector<qint32>& settings = {}, const QByteArray& name = {})
+{
+    QByteArray bytes(settings.isEmpty() ? kTableBytes : kTableBytes + 40, '\0');
+    for (int i = 0; i < 4096; ++i)
+        qToLittleEndian<qint32>(f(i), bytes.data() + 4 * i);
+    if (settings.isEmpty())
+        return bytes;
+    memcpy(bytes.data() + kTableBytes, "CBG0", 4);
+    for (int i = 0; i < 5; ++i)
+        qToLittleEndian<qint32>(settings[i], bytes.data() + kTableBytes + 4 + 4 * i);
+    memcpy(bytes.data() + kTableBytes + 24, name.constData(), size_t(name.size()));
+    return bytes;
+}
+
 // An application directory with a catalogue of two curves, made the working directory while it lives.
 class WorkingDirectory
 {
@@ -41,23 +66,13 @@ public:
     {
         QDir::setCurrent(m_directory.path());
         QDir().mkpath(standardPath());
-        write(standardPath() + "/lut4_11.bin", [](int i) { return i; });
-        write(standardPath() + "/negative.bin", [](int i) { return 4095 - i; });
+        write(standardPath() + "/lut4_11.bin", image(identity));
+        write(standardPath() + "/negative.bin", image(negative));
     }
     ~WorkingDirectory() { QDir::setCurrent(m_before); }
 
     static QString standardPath() { return QStringLiteral("./resource/lqplugins/LookUpTable/StandardLut"); }
-    QString path(const QString& name) const { return m_directory.filePath(name); }
-
-    // A table-only image of f(i).
-    static void write(const QString& path, const std::function<int(int)>& f)
-    {
-        QByteArray bytes(16384, '\0');
-        for (int i = 0; i < 4096; ++i)
-            qToLittleEndian<qint32>(f(i), bytes.data() + 4 * i);
-        writeBytes(path, bytes);
-    }
-    static void writeBytes(const QString& path, const QByteArray& bytes)
+    static void write(const QString& path, const QByteArray& bytes)
     {
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
@@ -82,6 +97,8 @@ public:
     explicit ModuleHost(GenApi_3_0::INodeMap* camera, int languageId = 0,
                         GenApi_3_0::INodeMap* deviceInfo = nullptr)
     {
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // Chinese sets another
         m_library.setFileName(QStringLiteral(ORLUNE_MODULE));
         m_library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
         auto create = CreatePluginObjectFunction(m_library.resolve("CreatePluginObject"));
@@ -95,7 +112,6 @@ public:
         m_param.remoteDeviceMap = camera;
         m_param.deviceInfoMap = deviceInfo;
         m_param.languageId = languageId;
-        m_param.parentWidget = &parent;
         start();
     }
     ~ModuleHost() override
@@ -109,15 +125,17 @@ public:
         if (!plugin)
             return;
         plugin->UninitPlugin();
-        m_destroy(std::exchange(plugin, nullptr));
+        destroyObject();
     }
+    void destroyObject() { m_destroy(std::exchange(plugin, nullptr)); }
 
     // Again only after UninitPlugin.
     void start()
     {
         PluginInitParam param = m_param; // gone when the call is over
+        param.parentWidget = parent.get();
         initResult = plugin->InitPlugin(&param);
-        dialog = parent.findChild<QDialog*>();
+        dialog = parent->findChild<QDialog*>();
     }
     void send(int type)
     {
@@ -143,14 +161,41 @@ public:
     }
     QString text(const char* edit) const { return find<QLineEdit>(edit).text(); }
     int slider(const char* name) const { return find<QSlider>(name).value(); }
+    void moveSlider(const char* name, int value) { find<QSlider>(name).setValue(value); }
     bool enabled(const char* name) const { return find<QWidget>(name).isEnabled(); }
+    QString standard() const { return find<QComboBox>("objStandardComboBox").currentText(); }
+
+    // The five values, and which slider stands elsewhere.
+    QString settings() const
+    {
+        QStringList values;
+        for (const Control& control : kControls) {
+            values << text(control.edit);
+            if (control.slider && QString::number(slider(control.slider)) != values.last())
+                values.last() += QString(" but %1 in %2").arg(slider(control.slider)).arg(control.slider);
+        }
+        return values.join(' ');
+    }
+
+    // How the window and the trailer in the camera contradict each other after an action that went well;
+    // empty when they don't.
+    QString contradiction(const QByteArray& table) const
+    {
+        const char* trailer = table.constData() + kTableBytes;
+        QString stamped = QString::fromLatin1(trailer, 4);
+        for (int i = 1; i <= 5; ++i)
+            stamped += QString(" %1").arg(qFromLittleEndian<qint32>(trailer + 4 * i));
+        stamped += ' ' + QString::fromLatin1(trailer + 24, 16).section(QChar(0), 0, 0);
+        const QString shown = "CBG0 " + settings() + ' ' + standard();
+        return stamped == shown ? QString() : stamped + " in the camera, not " + shown;
+    }
 
     // As a person does it: click into the edit, mark everything, type, press Return.
     void type(const char* edit, const QString& text, Qt::Key end = Qt::Key_Return)
     {
         auto& widget = find<QLineEdit>(edit);
-        QApplication::setActiveWindow(
-            dialog); // a box may have taken that, and no window manager gives it back
+        // A box may have taken that, and no window manager gives it back.
+        QApplication::setActiveWindow(dialog);
         QTest::mouseClick(&widget, Qt::LeftButton);
         widget.setFocus();
         QTest::keyClick(&widget, Qt::Key_A, Qt::ControlModifier);
@@ -170,6 +215,21 @@ public:
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&widget, &event);
     }
+    // With a file of the working directory where the source needs one; none cancels.
+    void take(int source, const QString& file = {})
+    {
+        if (!file.isEmpty() && (source == LutFile || source == Csv))
+            fileAnswers << QDir::current().filePath(file);
+        click(kRadios[source]);
+    }
+    // Gives what the file got.
+    QByteArray save(const QString& file = "saved.lut")
+    {
+        QFile::remove(file);
+        fileAnswers << QDir::current().filePath(file);
+        click("objSaveLutButton");
+        return WorkingDirectory::read(file);
+    }
     // By arrow keys, one entry after the other.
     void choose(const QString& entry)
     {
@@ -183,7 +243,7 @@ public:
     QStringList takeBoxes() { return std::exchange(boxes, {}); }
     QVector<int> takeMessages() { return std::exchange(messages, {}); }
 
-    QWidget parent;
+    std::unique_ptr<QWidget> parent = std::make_unique<QWidget>();
     IPlugin* plugin = nullptr;
     QDialog* dialog = nullptr;
     int initResult = 0;
@@ -240,6 +300,36 @@ private:
     QLibrary m_library;
     DestoryPluginObjectFunction m_destroy = nullptr;
     PluginInitParam m_param{};
+};
+
+// A camera of plain values.
+struct Kind
+{
+    const char* name;
+    bool hasEnable;
+    bool hasRegister;
+};
+const Kind kKinds[] = {{"lut", false, true}, {"lut-enable", true, true}, {"no-lut", false, false}};
+
+struct Desk
+{
+    FakeCamera camera;
+    WorkingDirectory directory;
+};
+
+// The plug-in's window on such a camera.
+class Session : public Desk, public ModuleHost
+{
+public:
+    explicit Session(const Kind& kind = kKinds[0], int languageId = 0)
+        : Desk{FakeCamera(kind.hasEnable, kind.hasRegister), {}}, ModuleHost(&camera, languageId)
+    {
+        show();
+        camera.log.clear();
+    }
+    QByteArray& table() const { return camera.node<FakeCamera::Register>("LUTValueAll").bytes; }
+    int writes() const { return camera.log.filter("LUTValueAll.Set").size(); }
+    FakeCamera::Failure& failure(const char* node) const { return camera.any(node).failure; }
 };
 
 constexpr std::uint32_t kMono12 = 0x01100005;

@@ -81,10 +81,8 @@ public:
         started = look();
         step(*editor);
         startedAndStepped = table();
-        for (const char* file : {"kept.lut", "kept.csv"}) {
-            editor->fileAnswers << QDir::current().filePath(file);
-            editor->click("objSaveLutButton");
-        }
+        editor->save("kept.lut");
+        editor->save("kept.csv");
         prepare(*editor);
         step(*editor);
         preparedAndStepped = table();
@@ -109,47 +107,25 @@ public:
 
     Seen look() const
     {
-        QStringList controls;
+        QStringList controls{editor->settings(), editor->standard()};
         for (const char* radio : kRadios)
             controls << QString::number(editor->find<QRadioButton>(radio).isChecked());
-        for (const Control& control : kControls) {
-            controls << editor->text(control.edit) << QString::number(editor->enabled(control.edit));
-            if (control.slider)
-                controls << QString::number(editor->slider(control.slider));
-        }
-        auto& combo = editor->find<QComboBox>("objStandardComboBox");
-        controls << combo.currentText() << QString::number(combo.isEnabled());
+        for (const Control& control : kControls)
+            controls << QString::number(editor->enabled(control.edit));
+        controls << QString::number(editor->enabled("objStandardComboBox"));
         return {controls.join(' '), editor->find<QWidget>("objPlotterWidget").grab().toImage()};
     }
 
-    // Where edits, sliders and camera contradict each other after an action that went well;
-    // empty when nowhere.
-    QString contradiction()
+    // How the window looks otherwise; empty when it doesn't.
+    QString difference(const Seen& wanted) const
     {
-        const QByteArray image = table();
-        const char* trailer = image.constData() + 16384;
-        for (const Control& control : kControls) {
-            const QString text = editor->text(control.edit);
-            if (control.slider && QString::number(editor->slider(control.slider)) != text)
-                return QString("%1 beside a slider: %2").arg(text, control.slider);
-            trailer += 4;
-            if (QString::number(qFromLittleEndian<qint32>(trailer)) != text)
-                return QString("%1 in %2 is not in the camera").arg(text, control.edit);
-        }
-        trailer += 4;
-        if (editor->find<QComboBox>("objStandardComboBox").currentText() !=
-            QString::fromLatin1(trailer, 16).section(QChar(0), 0, 0))
-            return "another standard curve in the camera";
-        return QString();
+        const Seen seen = look();
+        if (seen.controls != wanted.controls)
+            return seen.controls + " instead of " + wanted.controls;
+        return seen.picture == wanted.picture ? QString() : QString("another picture");
     }
-
-    QByteArray savedTable()
-    {
-        QFile::remove("saved.lut");
-        editor->fileAnswers << QDir::current().filePath("saved.lut");
-        editor->click("objSaveLutButton");
-        return WorkingDirectory::read("saved.lut");
-    }
+    QString contradiction() { return editor->contradiction(table()); }
+    QByteArray savedTable() { return editor->save(); }
 
     // Whether the plug-in's messages are accesses that were opened and closed one after the other.
     bool bracketsAreClosed() const
@@ -202,46 +178,42 @@ struct Road
 // The files are those that startAndLearn() has kept.
 inline void takeSource(ModuleHost& editor, int source)
 {
-    if (source == LutFile || source == Csv)
-        editor.fileAnswers << QDir::current().filePath(source == Csv ? "kept.csv" : "kept.lut");
-    editor.click(kRadios[source]);
+    editor.take(source, source == Csv ? "kept.csv" : "kept.lut");
 }
 
 inline std::vector<Road> makeRoads()
 {
-    const auto nothing = [](Rig&) {};
     std::vector<Road> roads;
+    const auto add = [&](
+                         const QByteArray& name, Road::End failed, std::function<void(ModuleHost&)> act,
+                         std::function<void(Rig&)> before = [](Rig&) {}) {
+        roads.push_back({name, failed, name.startsWith("Device"), before, act});
+    };
     for (const Control& control : kControls) {
-        roads.push_back({QByteArray(control.edit) + " typed", Road::Restored, false, nothing,
-                         [control](ModuleHost& e) { e.type(control.edit, QString::number(control.value)); }});
+        add(QByteArray(control.edit) + " typed", Road::Restored,
+            [control](ModuleHost& e) { e.type(control.edit, QString::number(control.value)); });
         if (control.slider)
-            roads.push_back({QByteArray(control.slider) + " stepped", Road::Restored, false, nothing,
-                             [control](ModuleHost& e) {
-                                 e.wheel(control.slider, {0, -120});
-                             }});
+            add(QByteArray(control.slider) + " stepped", Road::Restored, [control](ModuleHost& e) {
+                e.wheel(control.slider, {0, -120});
+            });
     }
     const char* const names[] = {"Standard", "Device", "Lut File", "CSV File", "Default"};
     for (int source = Standard; source <= Default; ++source) {
         const auto take = [source](ModuleHost& e) { takeSource(e, source); };
-        roads.push_back({QByteArray(names[source]) + " taken", Road::Default, source == Device,
-                         [source](Rig& rig) {
-                             if (source == Standard)
-                                 rig.editor->click(kRadios[Default]);
-                         },
-                         take});
-        roads.push_back({QByteArray(names[source]) + " taken again", Road::Default, source == Device,
-                         [take](Rig& rig) { take(*rig.editor); }, take});
+        add(QByteArray(names[source]) + " taken", Road::Default, take, [source](Rig& rig) {
+            if (source == Standard)
+                rig.editor->take(Default);
+        });
+        add(QByteArray(names[source]) + " taken again", Road::Default, take,
+            [take](Rig& rig) { take(*rig.editor); });
     }
-    roads.push_back(
-        {"standard curve chosen", Road::Default, false, nothing, [](ModuleHost& e) { e.choose("lut4_11"); }});
-    roads.push_back({"stored", Road::Kept, false,
-                     [](Rig& rig) {
-                         // so that it shows whether anything was stored
-                         rig.editor->click(kRadios[Default]);
-                         rig.editor->click("objWriteLutButton");
-                         prepare(*rig.editor);
-                     },
-                     [](ModuleHost& e) { e.click("objWriteLutButton"); }});
+    add("standard curve chosen", Road::Default, [](ModuleHost& e) { e.choose("lut4_11"); });
+    const auto store = [](ModuleHost& e) { e.click("objWriteLutButton"); };
+    add("stored", Road::Kept, store, [store](Rig& rig) { // so that it shows whether anything was stored
+        rig.editor->take(Default);
+        store(*rig.editor);
+        prepare(*rig.editor);
+    });
     return roads;
 }
 

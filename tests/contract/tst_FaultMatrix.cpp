@@ -93,12 +93,143 @@ class tst_FaultMatrix : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); }
-    void start_data();
-    void start();
-    void road_data();
-    void road();
-    void withoutLut();
+    void start_data()
+    {
+        addColumns();
+        for (int kind = 0; kind < int(std::size(kCameras)); ++kind) {
+            Rig rig(kCameras[kind]);
+            addRows(kind, -1, "started", accessesOf(rig, [&] { rig.start(); }));
+        }
+        m_startedAndStepped = useRig(0).startedAndStepped;
+        m_rig.reset(); // two hosts would both answer the file dialogs
+        m_rigKind = -1;
+    }
+
+    void start()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, at);
+        QFETCH(int, way);
+        const Access& access = m_accesses.at({kind, -1})[std::size_t(at - 1)];
+        const auto failure = kWays[way].kind;
+        const bool answers = failure == AccessFault::NodeAbsent || failure == AccessFault::NotImplemented ||
+                             failure == AccessFault::WrongType; // to the question whether a node is there
+        const bool onlyTheName = access.node == "DeviceDisplayName";
+        const bool fails =
+            onlyTheName ? !failure && kind != kNoLut : !answers || access.node == "LUTSelector";
+        const bool hasLut =
+            kind != kNoLut && !(access.node == "LUTValueAll" && answers && failure != AccessFault::WrongType);
+
+        Rig rig(kCameras[kind]);
+        const QByteArray before = rig.table();
+        runFailing(rig, at, kWays[way], [&] { rig.start(); });
+        ModuleHost& editor = *rig.editor;
+        QCOMPARE(editor.initResult, fails ? -4 : 0);
+        QVERIFY(!rig.faults().isArmed());
+        QCOMPARE(editor.dialog->windowTitle(), onlyTheName ? "Orlune" : "Orlune  Simulated camera");
+        if (fails) {
+            // The dialog waits for its end and leaves the camera alone; the next start finds everything in
+            // order.
+            editor.send(MSG_SHOW_DIALOG);
+            QVERIFY(accessesOf(rig, [&] { step(editor); }).empty());
+            editor.plugin->UninitPlugin();
+            editor.start();
+            QCOMPARE(editor.initResult, 0);
+        }
+        QCOMPARE(editor.boxes, QStringList());
+        QCOMPARE(editor.messages, QVector<int>());
+        QVERIFY(rig.table() == before);
+
+        editor.show();
+        step(editor);
+        if (hasLut) {
+            QVERIFY(rig.table() == m_startedAndStepped);
+            QCOMPARE(rig.contradiction(), QString());
+            QVERIFY(rig.savedTable() == rig.table());
+        } else { // frames are mapped instead
+            const auto* entries = reinterpret_cast<const qint32*>(m_startedAndStepped.constData());
+            QVERIFY(mappedRamp(*editor.plugin) == Table(entries, entries + 4096));
+            QVERIFY(rig.table() == before);
+        }
+        QCOMPARE(editor.boxes, QStringList());
+        QVERIFY(rig.bracketsAreClosed());
+    }
+
+    void road_data()
+    {
+        addColumns();
+        for (int kind = 0; kind < kNoLut; ++kind) {
+            Rig& rig = useRig(kind);
+            for (int i = 0; i < int(m_roads.size()); ++i) {
+                m_roads[i].prepareRig(rig);
+                const auto accesses = accessesOf(rig, [&] { m_roads[i].act(*rig.editor); });
+                QVERIFY2(!accesses.empty(), m_roads[i].name);
+                addRows(kind, i, m_roads[i].name, accesses);
+                QCOMPARE(rig.editor->takeBoxes(), QStringList());
+                QVERIFY2(rig.bracketsAreClosed(), m_roads[i].name);
+            }
+        }
+    }
+
+    void road()
+    {
+        QFETCH(int, kind);
+        QFETCH(int, road);
+        QFETCH(int, at);
+        QFETCH(int, way);
+        const std::vector<Access>& accesses = m_accesses.at({kind, road});
+        const Access& failing = accesses[std::size_t(at - 1)];
+        const Road::End end = m_roads[road].failed;
+        Rig& rig = useRig(kind);
+        ModuleHost& editor = *rig.editor;
+        m_roads[road].prepareRig(rig);
+        const Rig::Seen before = rig.look();
+        const QByteArray tableBefore = rig.table();
+        const QByteArray userSetBefore = rig.userSet();
+
+        runFailing(rig, at, kWays[way], [&] { m_roads[road].act(editor); });
+        QVERIFY(!rig.faults().isArmed());
+
+        // One failure, one box; only that the camera's start set could not be found is not told.
+        const bool silent = failing.node == "UserSetDefault" && (kWays[way].kind == AccessFault::NodeAbsent ||
+                                                                 kWays[way].kind == AccessFault::WrongType);
+        QCOMPARE(editor.takeBoxes(), silent ? QStringList() : QStringList{boxOf(kWays[way], failing)});
+        QVERIFY(rig.bracketsAreClosed());
+
+        // The editor is as it was before, or as it was started.
+        QCOMPARE(rig.difference(end == Road::Default ? rig.started : before), QString());
+
+        // The camera holds a whole table, the old one or one that it was told to load, and so does its user
+        // set.
+        QVERIFY(rig.table() == tableBefore || (m_roads[road].loads && rig.table() == userSetBefore));
+        const auto saved =
+            std::find_if(accesses.begin(), accesses.begin() + at - 1, [](const Access& access) {
+                return access.node == "UserSetSave" && access.operation == NodeOperation::Execute;
+            });
+        QVERIFY(rig.userSet() == (saved == accesses.begin() + at - 1 ? userSetBefore : tableBefore));
+
+        // The next good action brings everything together.
+        step(editor);
+        QCOMPARE(editor.takeBoxes(), QStringList());
+        QVERIFY(rig.bracketsAreClosed());
+        QVERIFY(rig.table() == (end == Road::Default ? rig.startedAndStepped : rig.preparedAndStepped));
+        QCOMPARE(rig.contradiction(), QString());
+        if (way == 0) // a file dialog is slow, and another way to fail leaves no other table
+            QVERIFY(rig.savedTable() == rig.table());
+    }
+
+    // A camera without a table is left alone once the plug-in has started.
+    void withoutLut()
+    {
+        Rig& rig = useRig(kNoLut);
+        for (const Road& road : m_roads) {
+            prepare(*rig.editor);
+            const auto accesses = accessesOf(rig, [&] { road.act(*rig.editor); });
+            QVERIFY2(accesses.empty(), road.name);
+        }
+        QCOMPARE(rig.editor->boxes, QStringList());
+    }
+
     void cleanupTestCase() { m_rig.reset(); }
 
 private:
@@ -109,9 +240,34 @@ private:
         QTest::addColumn<int>("at");
         QTest::addColumn<int>("way");
     }
+
     // A row for every way in which every access can fail.
-    void addRows(int kind, int road, const QByteArray& name, const std::vector<Access>& accesses);
-    Rig& useRig(int kind);
+
+    void addRows(int kind, int road, const QByteArray& name, const std::vector<Access>& accesses)
+    {
+        m_accesses[{kind, road}] = accesses;
+        for (std::size_t i = 0; i < accesses.size(); ++i) {
+            for (std::size_t way = 0; way < std::size(kWays); ++way) {
+                if (canFail(kWays[way], accesses[i]))
+                    QTest::addRow("%s, %s, %d. %s %s: %s", kCameras[kind].name, name.constData(), int(i + 1),
+                                  accesses[i].node.c_str(), kOperations[int(accesses[i].operation)],
+                                  kWays[way].name)
+                        << kind << road << int(i + 1) << int(way);
+            }
+        }
+    }
+
+    // One running plug-in serves all rows of a camera.
+    Rig& useRig(int kind)
+    {
+        if (m_rigKind != kind) {
+            m_rig.reset(); // before the next: each has a working directory
+            m_rig = std::make_unique<Rig>(kCameras[kind]);
+            m_rig->startAndLearn();
+            m_rigKind = kind;
+        }
+        return *m_rig;
+    }
 
     const std::vector<Road> m_roads = makeRoads();
     std::map<std::pair<int, int>, std::vector<Access>> m_accesses; // by camera and road; the start is road -1
@@ -121,173 +277,5 @@ private:
     QByteArray m_startedAndStepped;
 };
 
-void tst_FaultMatrix::addRows(int kind, int road, const QByteArray& name, const std::vector<Access>& accesses)
-{
-    m_accesses[{kind, road}] = accesses;
-    for (std::size_t i = 0; i < accesses.size(); ++i) {
-        for (std::size_t way = 0; way < std::size(kWays); ++way) {
-            if (canFail(kWays[way], accesses[i]))
-                QTest::addRow("%s, %s, %d. %s %s: %s", kCameras[kind].name, name.constData(), int(i + 1),
-                              accesses[i].node.c_str(), kOperations[int(accesses[i].operation)],
-                              kWays[way].name)
-                    << kind << road << int(i + 1) << int(way);
-        }
-    }
-}
-
-// One running plug-in serves all rows of a camera.
-Rig& tst_FaultMatrix::useRig(int kind)
-{
-    if (m_rigKind != kind) {
-        m_rig.reset(); // before the next: each has a working directory
-        m_rig = std::make_unique<Rig>(kCameras[kind]);
-        m_rig->startAndLearn();
-        m_rigKind = kind;
-    }
-    return *m_rig;
-}
-
-void tst_FaultMatrix::start_data()
-{
-    addColumns();
-    for (int kind = 0; kind < int(std::size(kCameras)); ++kind) {
-        Rig rig(kCameras[kind]);
-        addRows(kind, -1, "started", accessesOf(rig, [&] { rig.start(); }));
-    }
-    m_startedAndStepped = useRig(0).startedAndStepped;
-    m_rig.reset(); // two hosts would both answer the file dialogs
-    m_rigKind = -1;
-}
-
-void tst_FaultMatrix::start()
-{
-    QFETCH(int, kind);
-    QFETCH(int, at);
-    QFETCH(int, way);
-    const Access& access = m_accesses.at({kind, -1})[std::size_t(at - 1)];
-    const auto failure = kWays[way].kind;
-    const bool answers = failure == AccessFault::NodeAbsent || failure == AccessFault::NotImplemented ||
-                         failure == AccessFault::WrongType; // to the question whether a node is there
-    const bool onlyTheName = access.node == "DeviceDisplayName";
-    const bool fails = onlyTheName ? !failure && kind != kNoLut : !answers || access.node == "LUTSelector";
-    const bool hasLut =
-        kind != kNoLut && !(access.node == "LUTValueAll" && answers && failure != AccessFault::WrongType);
-
-    Rig rig(kCameras[kind]);
-    const QByteArray before = rig.table();
-    runFailing(rig, at, kWays[way], [&] { rig.start(); });
-    ModuleHost& editor = *rig.editor;
-    QCOMPARE(editor.initResult, fails ? -4 : 0);
-    QVERIFY(!rig.faults().isArmed());
-    QCOMPARE(editor.dialog->windowTitle(), onlyTheName ? "Orlune" : "Orlune  Simulated camera");
-    if (fails) {
-        // The dialog waits for its end and leaves the camera alone; the next start finds everything in order.
-        editor.send(MSG_SHOW_DIALOG);
-        QVERIFY(accessesOf(rig, [&] { step(editor); }).empty());
-        editor.plugin->UninitPlugin();
-        editor.start();
-        QCOMPARE(editor.initResult, 0);
-    }
-    QCOMPARE(editor.boxes, QStringList());
-    QCOMPARE(editor.messages, QVector<int>());
-    QVERIFY(rig.table() == before);
-
-    editor.show();
-    step(editor);
-    if (hasLut) {
-        QVERIFY(rig.table() == m_startedAndStepped);
-        QCOMPARE(rig.contradiction(), QString());
-        QVERIFY(rig.savedTable() == rig.table());
-    } else { // frames are mapped instead
-        const auto* entries = reinterpret_cast<const qint32*>(m_startedAndStepped.constData());
-        QVERIFY(mappedRamp(*editor.plugin) == Table(entries, entries + 4096));
-        QVERIFY(rig.table() == before);
-    }
-    QCOMPARE(editor.boxes, QStringList());
-    QVERIFY(rig.bracketsAreClosed());
-}
-
-void tst_FaultMatrix::road_data()
-{
-    addColumns();
-    for (int kind = 0; kind < kNoLut; ++kind) {
-        Rig& rig = useRig(kind);
-        for (int i = 0; i < int(m_roads.size()); ++i) {
-            m_roads[i].prepareRig(rig);
-            const auto accesses = accessesOf(rig, [&] { m_roads[i].act(*rig.editor); });
-            QVERIFY2(!accesses.empty(), m_roads[i].name);
-            addRows(kind, i, m_roads[i].name, accesses);
-            QCOMPARE(rig.editor->takeBoxes(), QStringList());
-            QVERIFY2(rig.bracketsAreClosed(), m_roads[i].name);
-        }
-    }
-}
-
-void tst_FaultMatrix::road()
-{
-    QFETCH(int, kind);
-    QFETCH(int, road);
-    QFETCH(int, at);
-    QFETCH(int, way);
-    const std::vector<Access>& accesses = m_accesses.at({kind, road});
-    const Access& failing = accesses[std::size_t(at - 1)];
-    const Road::End end = m_roads[road].failed;
-    Rig& rig = useRig(kind);
-    ModuleHost& editor = *rig.editor;
-    m_roads[road].prepareRig(rig);
-    const Rig::Seen before = rig.look();
-    const QByteArray tableBefore = rig.table();
-    const QByteArray userSetBefore = rig.userSet();
-
-    runFailing(rig, at, kWays[way], [&] { m_roads[road].act(editor); });
-    QVERIFY(!rig.faults().isArmed());
-
-    // One failure, one box; only that the camera's start set could not be found is not told.
-    const bool silent = failing.node == "UserSetDefault" && (kWays[way].kind == AccessFault::NodeAbsent ||
-                                                             kWays[way].kind == AccessFault::WrongType);
-    QCOMPARE(editor.takeBoxes(), silent ? QStringList() : QStringList{boxOf(kWays[way], failing)});
-    QVERIFY(rig.bracketsAreClosed());
-
-    // The editor is as it was before, or as it was started.
-    const Rig::Seen seen = rig.look();
-    const Rig::Seen& wanted = end == Road::Default ? rig.started : before;
-    QCOMPARE(seen.controls, wanted.controls);
-    QVERIFY(seen.picture == wanted.picture);
-
-    // The camera holds a whole table, the old one or one that it was told to load, and so does its user set.
-    QVERIFY(rig.table() == tableBefore || (m_roads[road].loads && rig.table() == userSetBefore));
-    const auto saved = std::find_if(accesses.begin(), accesses.begin() + at - 1, [](const Access& access) {
-        return access.node == "UserSetSave" && access.operation == NodeOperation::Execute;
-    });
-    QVERIFY(rig.userSet() == (saved == accesses.begin() + at - 1 ? userSetBefore : tableBefore));
-
-    // The next good action brings everything together.
-    step(editor);
-    QCOMPARE(editor.takeBoxes(), QStringList());
-    QVERIFY(rig.bracketsAreClosed());
-    QVERIFY(rig.table() == (end == Road::Default ? rig.startedAndStepped : rig.preparedAndStepped));
-    QCOMPARE(rig.contradiction(), QString());
-    if (way == 0) // a file dialog is slow, and another way to fail leaves no other table
-        QVERIFY(rig.savedTable() == rig.table());
-}
-
-// A camera without a table is left alone once the plug-in has started.
-void tst_FaultMatrix::withoutLut()
-{
-    Rig& rig = useRig(kNoLut);
-    for (const Road& road : m_roads) {
-        prepare(*rig.editor);
-        const auto accesses = accessesOf(rig, [&] { road.act(*rig.editor); });
-        QVERIFY2(accesses.empty(), road.name);
-    }
-    QCOMPARE(rig.editor->boxes, QStringList());
-}
-
-int main(int argc, char** argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication app(argc, argv);
-    tst_FaultMatrix test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(tst_FaultMatrix)
 #include "tst_FaultMatrix.moc"

@@ -1,27 +1,13 @@
 // Every allocation that the module's own code asks for, refused one at a time: the right code or box, nothing
 // lost, nothing changed by half. This program's allocation functions take the place of the module's.
 #include "contract/Roads.h"
-
-#include <atomic>
-#include <cstdlib>
-#include <new>
+#include "support/Allocations.h"
 
 #include <dlfcn.h>
 
 namespace {
 
-// What the module's code has asked for while it was watched.
 const void* g_module = nullptr;
-std::atomic<bool> g_watched{false};
-int g_asked = 0;
-int g_refused = -1; // the request that gets nothing
-std::size_t g_refusedBytes = 0;
-int g_alive = 0; // not given back yet
-
-struct alignas(16) Header
-{
-    bool isWatched;
-};
 
 const void* moduleOf(const void* address)
 {
@@ -29,110 +15,198 @@ const void* moduleOf(const void* address)
     return dladdr(address, &info) ? info.dli_fbase : nullptr;
 }
 
-void* take(std::size_t size, const void* caller)
-{
-    const bool isWatched = g_watched && moduleOf(caller) == g_module;
-    if (isWatched && g_asked++ == g_refused) {
-        g_refusedBytes = size;
-        return nullptr;
-    }
-    auto* header = static_cast<Header*>(std::malloc(sizeof(Header) + size));
-    if (!header)
-        std::abort();
-    header->isWatched = isWatched;
-    g_alive += isWatched;
-    return header + 1;
-}
-
-void* takeOrThrow(std::size_t size, const void* caller)
-{
-    void* memory = take(size, caller);
-    if (!memory)
-        throw std::bad_alloc();
-    return memory;
-}
-
-void giveBack(void* memory)
-{
-    if (!memory)
-        return;
-    Header* header = static_cast<Header*>(memory) - 1;
-    g_alive -= header->isWatched;
-    std::free(header);
-}
-
-// Runs an action in which one request is refused, or none.
-template <class Action>
-void watch(int refused, Action action)
-{
-    g_asked = 0;
-    g_refused = refused;
-    g_refusedBytes = 0;
-    g_watched = true;
-    action();
-    g_watched = false;
-}
-
 constexpr std::size_t kRegisterBytes = 16424;
-constexpr int kTableBytes = 16384;
 const QStringList kNoTransfer{"Error|Invalid parameter! "}; // the transfer buffer was refused
 
 } // namespace
-
-void* operator new(std::size_t size)
-{
-    return takeOrThrow(size, __builtin_return_address(0));
-}
-void* operator new[](std::size_t size)
-{
-    return takeOrThrow(size, __builtin_return_address(0));
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return take(size, __builtin_return_address(0));
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return take(size, __builtin_return_address(0));
-}
-void operator delete(void* memory) noexcept
-{
-    giveBack(memory);
-}
-void operator delete[](void* memory) noexcept
-{
-    giveBack(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept
-{
-    giveBack(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept
-{
-    giveBack(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept
-{
-    giveBack(memory);
-}
-void operator delete[](void* memory, const std::nothrow_t&) noexcept
-{
-    giveBack(memory);
-}
 
 class tst_Memory : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void objectCreated();
-    void started();
-    void firstStep();
-    void road_data();
-    void road();
-    void frame_data();
-    void frame();
+    void initTestCase()
+    {
+        m_create = CreatePluginObjectFunction(m_library.resolve("CreatePluginObject"));
+        m_destroy = DestoryPluginObjectFunction(m_library.resolve("DestoryPluginObject"));
+        QVERIFY(m_create && m_destroy);
+        g_module = moduleOf(reinterpret_cast<const void*>(m_create));
+        g_isOurs = [](const void* caller) { return moduleOf(caller) == g_module; };
+    }
+
+    void objectCreated()
+    {
+        IPlugin* plugin = nullptr;
+        watch(-1, [&] { plugin = m_create(); });
+        QVERIFY(plugin);
+        m_destroy(plugin);
+        const int requests = g_asked;
+        QVERIFY(requests > 0);
+        for (int refused = 0; refused < requests; ++refused) {
+            watch(refused, [&] { plugin = m_create(); });
+            QVERIFY(!plugin);
+            QCOMPARE(g_alive, 0);
+        }
+    }
+
+    void started()
+    {
+        Rig rig(kCameras[0]);
+        rig.start();
+        ModuleHost& editor = *rig.editor;
+        const auto start = [&] { editor.start(); };
+        editor.plugin->UninitPlugin();
+        watch(-1, start);
+        const int requests = g_asked;
+        QCOMPARE(editor.initResult, 0);
+        const QString title = editor.dialog->windowTitle();
+        editor.plugin->UninitPlugin();
+        const int kept = g_alive; // strings of the object's
+        QVERIFY(kept <= 2);
+
+        QMap<int, int> results;
+        for (int refused = 0; refused < requests; ++refused) {
+            watch(refused, start);
+            ++results[editor.initResult];
+            if (editor.initResult == 0) { // what was lost is the camera's name
+                QVERIFY(editor.dialog->windowTitle() != title);
+            } else if (editor.initResult == -1) {
+                QVERIFY(!editor.dialog);
+            } else {
+                QCOMPARE(editor.initResult, -2);
+                editor.send(MSG_SHOW_DIALOG);
+                step(editor);
+                editor.send(MSG_HIDE_DIALOG);
+            }
+            QCOMPARE(editor.boxes, QStringList());
+            QCOMPARE(editor.messages, QVector<int>());
+            editor.plugin->UninitPlugin();
+            QVERIFY(g_alive <= kept);
+        }
+        QCOMPARE(results.value(-2), 5); // the validators
+        QCOMPARE(results.value(0), 1);
+        QVERIFY(results.value(-1) > 5);
+
+        start();
+        QCOMPARE(editor.initResult, 0);
+        editor.show();
+        step(editor);
+        QCOMPARE(rig.contradiction(), QString());
+        rig.editor.reset();
+        QCOMPARE(g_alive, 0);
+    }
+
+    // The curve engine's tables come with the first step. Without one the editor goes on with the base table.
+    void firstStep()
+    {
+        Rig rig(kCameras[0]);
+        rig.startAndLearn();
+        ModuleHost& editor = *rig.editor;
+        QByteArray wanted;
+        int requests = 0;
+        int engine = 0;
+        for (int refused = -1; refused < requests; ++refused) {
+            editor.plugin->UninitPlugin();
+            QCOMPARE(g_alive, 0);
+            editor.start();
+            editor.show();
+            editor.click(kRadios[Default]);
+            const QByteArray base = rig.table();
+            watch(refused, [&] { step(editor); });
+            if (refused == -1) {
+                requests = g_asked;
+            } else if (g_refusedBytes == kRegisterBytes) {
+                QCOMPARE(editor.takeBoxes(), kNoTransfer);
+                QCOMPARE(rig.look().controls, rig.started.controls);
+                QVERIFY(rig.table() == base);
+            } else {
+                ++engine;
+                QCOMPARE(editor.takeBoxes(), QStringList());
+                QVERIFY(rig.table() != base && rig.table().left(kTableBytes) == base.left(kTableBytes));
+                QCOMPARE(rig.contradiction(), QString());
+            }
+            // Everything is at hand again.
+            editor.type("objContrastLineEdit", "35");
+            QCOMPARE(editor.takeBoxes(), QStringList());
+            QCOMPARE(rig.contradiction(), QString());
+            if (refused == -1)
+                wanted = rig.table();
+            QVERIFY(rig.table() == wanted);
+        }
+        QVERIFY(engine > 0);
+    }
+
+    void road_data() { addRows(m_roads); }
+
+    void road()
+    {
+        const Road& row = currentRow(m_roads);
+        if (!m_rig) {
+            m_rig = std::make_unique<Rig>(kCameras[1]);
+            m_rig->startAndLearn();
+        }
+        Rig& rig = *m_rig;
+        ModuleHost& editor = *rig.editor;
+        const int alive = g_alive;
+        int requests = 0;
+        for (int refused = -1; refused < requests; ++refused) {
+            row.prepareRig(rig);
+            const Rig::Seen before = rig.look();
+            const QByteArray tableBefore = rig.table();
+            watch(refused, [&] { row.act(editor); });
+            QVERIFY(rig.bracketsAreClosed());
+            QCOMPARE(g_alive, alive);
+            if (refused == -1) {
+                requests = g_asked;
+                QCOMPARE(editor.takeBoxes(), QStringList());
+                continue;
+            }
+            if (g_refusedBytes == kRegisterBytes) {
+                QCOMPARE(editor.takeBoxes(), kNoTransfer);
+                QCOMPARE(rig.difference(row.failed == Road::Default ? rig.started : before), QString());
+                QVERIFY(row.loads || rig.table() == tableBefore);
+                step(editor);
+                QVERIFY(rig.table() ==
+                        (row.failed == Road::Default ? rig.startedAndStepped : rig.preparedAndStepped));
+            }
+            step(editor);
+            QCOMPARE(editor.takeBoxes(), QStringList());
+            QCOMPARE(rig.contradiction(), QString());
+            QVERIFY(rig.savedTable() == rig.table());
+        }
+        QVERIFY(requests > 0 || row.failed == Road::Kept);
+    }
+
+    void frame()
+    {
+        m_rig.reset();
+        Rig rig(kCameras[kNoLut]);
+        rig.start();
+        for (const std::uint32_t format : {0x01080001u, kMono12}) {
+            const QByteArray pixels(256, 'x');
+            QByteArray frame = pixels;
+            std::uint8_t processed = 0;
+            int code = 0;
+            const auto map = [&] {
+                code =
+                    process(*rig.editor->plugin, format, frame.constData(), frame.data(), 8, 8, &processed);
+            };
+            watch(-1, map);
+            QCOMPARE(code, 0);
+            QCOMPARE(processed, std::uint8_t(1));
+            const int requests = g_asked;
+            QVERIFY(requests > 0);
+            frame = pixels;
+            for (int refused = 0; refused < requests; ++refused) {
+                watch(refused, map);
+                QCOMPARE(code, -3);
+                QCOMPARE(processed, std::uint8_t(0));
+                QVERIFY(frame == pixels);
+                QCOMPARE(g_alive, 0);
+            }
+        }
+    }
+
     void cleanupTestCase() { m_rig.reset(); }
 
 private:
@@ -143,207 +217,5 @@ private:
     std::unique_ptr<Rig> m_rig;
 };
 
-void tst_Memory::initTestCase()
-{
-    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-    m_create = CreatePluginObjectFunction(m_library.resolve("CreatePluginObject"));
-    m_destroy = DestoryPluginObjectFunction(m_library.resolve("DestoryPluginObject"));
-    QVERIFY(m_create && m_destroy);
-    g_module = moduleOf(reinterpret_cast<const void*>(m_create));
-}
-
-void tst_Memory::objectCreated()
-{
-    IPlugin* plugin = nullptr;
-    watch(-1, [&] { plugin = m_create(); });
-    QVERIFY(plugin);
-    m_destroy(plugin);
-    const int requests = g_asked;
-    QVERIFY(requests > 0);
-    for (int refused = 0; refused < requests; ++refused) {
-        watch(refused, [&] { plugin = m_create(); });
-        QVERIFY(!plugin);
-        QCOMPARE(g_alive, 0);
-    }
-}
-
-void tst_Memory::started()
-{
-    Rig rig(kCameras[0]);
-    rig.start();
-    ModuleHost& editor = *rig.editor;
-    const auto start = [&] { editor.start(); };
-    editor.plugin->UninitPlugin();
-    watch(-1, start);
-    const int requests = g_asked;
-    QCOMPARE(editor.initResult, 0);
-    const QString title = editor.dialog->windowTitle();
-    editor.plugin->UninitPlugin();
-    const int kept = g_alive; // strings of the object's
-    QVERIFY(kept <= 2);
-
-    QMap<int, int> results;
-    for (int refused = 0; refused < requests; ++refused) {
-        watch(refused, start);
-        ++results[editor.initResult];
-        if (editor.initResult == 0) { // what was lost is the camera's name
-            QVERIFY(editor.dialog->windowTitle() != title);
-        } else if (editor.initResult == -1) {
-            QVERIFY(!editor.dialog);
-        } else {
-            QCOMPARE(editor.initResult, -2);
-            editor.send(MSG_SHOW_DIALOG);
-            step(editor);
-            editor.send(MSG_HIDE_DIALOG);
-        }
-        QCOMPARE(editor.boxes, QStringList());
-        QCOMPARE(editor.messages, QVector<int>());
-        editor.plugin->UninitPlugin();
-        QVERIFY(g_alive <= kept);
-    }
-    QCOMPARE(results.value(-2), 5); // the validators
-    QCOMPARE(results.value(0), 1);
-    QVERIFY(results.value(-1) > 5);
-
-    start();
-    QCOMPARE(editor.initResult, 0);
-    editor.show();
-    step(editor);
-    QCOMPARE(rig.contradiction(), QString());
-    rig.editor.reset();
-    QCOMPARE(g_alive, 0);
-}
-
-// The curve engine's tables come with the first step. Without one the editor goes on with the base table.
-void tst_Memory::firstStep()
-{
-    Rig rig(kCameras[0]);
-    rig.startAndLearn();
-    ModuleHost& editor = *rig.editor;
-    QByteArray wanted;
-    int requests = 0;
-    int engine = 0;
-    for (int refused = -1; refused < requests; ++refused) {
-        editor.plugin->UninitPlugin();
-        QCOMPARE(g_alive, 0);
-        editor.start();
-        editor.show();
-        editor.click(kRadios[Default]);
-        const QByteArray base = rig.table();
-        watch(refused, [&] { step(editor); });
-        if (refused == -1) {
-            requests = g_asked;
-        } else if (g_refusedBytes == kRegisterBytes) {
-            QCOMPARE(editor.takeBoxes(), kNoTransfer);
-            QCOMPARE(rig.look().controls, rig.started.controls);
-            QVERIFY(rig.table() == base);
-        } else {
-            ++engine;
-            QCOMPARE(editor.takeBoxes(), QStringList());
-            QVERIFY(rig.table() != base && rig.table().left(kTableBytes) == base.left(kTableBytes));
-            QCOMPARE(rig.contradiction(), QString());
-        }
-        // Everything is at hand again.
-        editor.type("objContrastLineEdit", "35");
-        QCOMPARE(editor.takeBoxes(), QStringList());
-        QCOMPARE(rig.contradiction(), QString());
-        if (refused == -1)
-            wanted = rig.table();
-        QVERIFY(rig.table() == wanted);
-    }
-    QVERIFY(engine > 0);
-}
-
-void tst_Memory::road_data()
-{
-    QTest::addColumn<int>("road");
-    for (int i = 0; i < int(m_roads.size()); ++i)
-        QTest::addRow("%s", m_roads[i].name.constData()) << i;
-}
-
-void tst_Memory::road()
-{
-    QFETCH(int, road);
-    const Road& row = m_roads[road];
-    if (!m_rig) {
-        m_rig = std::make_unique<Rig>(kCameras[1]);
-        m_rig->startAndLearn();
-    }
-    Rig& rig = *m_rig;
-    ModuleHost& editor = *rig.editor;
-    const int alive = g_alive;
-    int requests = 0;
-    for (int refused = -1; refused < requests; ++refused) {
-        row.prepareRig(rig);
-        const Rig::Seen before = rig.look();
-        const QByteArray tableBefore = rig.table();
-        watch(refused, [&] { row.act(editor); });
-        QVERIFY(rig.bracketsAreClosed());
-        QCOMPARE(g_alive, alive);
-        if (refused == -1) {
-            requests = g_asked;
-            QCOMPARE(editor.takeBoxes(), QStringList());
-            continue;
-        }
-        if (g_refusedBytes == kRegisterBytes) {
-            QCOMPARE(editor.takeBoxes(), kNoTransfer);
-            const Rig::Seen seen = rig.look();
-            const Rig::Seen& wanted = row.failed == Road::Default ? rig.started : before;
-            QCOMPARE(seen.controls, wanted.controls);
-            QVERIFY(seen.picture == wanted.picture);
-            QVERIFY(row.loads || rig.table() == tableBefore);
-            step(editor);
-            QVERIFY(rig.table() ==
-                    (row.failed == Road::Default ? rig.startedAndStepped : rig.preparedAndStepped));
-        }
-        step(editor);
-        QCOMPARE(editor.takeBoxes(), QStringList());
-        QCOMPARE(rig.contradiction(), QString());
-        QVERIFY(rig.savedTable() == rig.table());
-    }
-    QVERIFY(requests > 0 || row.failed == Road::Kept);
-}
-
-void tst_Memory::frame_data()
-{
-    QTest::addColumn<uint>("format");
-    QTest::newRow("Mono8") << 0x01080001u;
-    QTest::newRow("Mono12") << kMono12;
-}
-
-void tst_Memory::frame()
-{
-    QFETCH(uint, format);
-    m_rig.reset();
-    Rig rig(kCameras[kNoLut]);
-    rig.start();
-    const QByteArray pixels(256, 'x');
-    QByteArray frame = pixels;
-    std::uint8_t processed = 0;
-    int code = 0;
-    const auto map = [&] {
-        code = process(*rig.editor->plugin, format, frame.constData(), frame.data(), 8, 8, &processed);
-    };
-    watch(-1, map);
-    QCOMPARE(code, 0);
-    QCOMPARE(processed, std::uint8_t(1));
-    const int requests = g_asked;
-    QVERIFY(requests > 0);
-    frame = pixels;
-    for (int refused = 0; refused < requests; ++refused) {
-        watch(refused, map);
-        QCOMPARE(code, -3);
-        QCOMPARE(processed, std::uint8_t(0));
-        QVERIFY(frame == pixels);
-        QCOMPARE(g_alive, 0);
-    }
-}
-
-int main(int argc, char** argv)
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    QApplication app(argc, argv);
-    tst_Memory test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(tst_Memory)
 #include "tst_Memory.moc"

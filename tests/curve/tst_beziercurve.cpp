@@ -1,18 +1,17 @@
-#include <QtTest>
-
 #include <cstdint>
 #include <limits>
 #include <vector>
 
 #include "PlainCurve.h"
 #include "curve/BezierCurve.h"
+#include "support/Allocations.h"
+#include "support/Rows.h"
 
 using Table = std::vector<std::int32_t>;
 using Points = std::vector<TablePoint>;
 using Call = int (*)(CBezierCurve& curve, std::int32_t* table);
 Q_DECLARE_METATYPE(Table)
 Q_DECLARE_METATYPE(Points)
-Q_DECLARE_METATYPE(Call)
 
 namespace {
 
@@ -48,6 +47,100 @@ QString Difference(const Table& table, const Table& wanted)
         return table.size() == wanted.size() ? "" : "sizes";
     return QString("[%1] is %2, not %3").arg(a - table.begin()).arg(*a).arg(*b);
 }
+
+using C = CBezierCurve&;
+using T = std::int32_t*;
+
+int WithPoints(C curve, const Points& points, int bits, T table)
+{
+    return curve.CreatePointCurve(points.data(), int(points.size()), bits, table);
+}
+
+struct Range
+{
+    QByteArray name;
+    Table base;
+    double gamma;
+    int brightness, contrast, lo, hi;
+    Table places, values;
+};
+Range Whole(double gamma, int brightness, int contrast, const Table& values)
+{
+    const Table places{0, 1, 16, 100, 1024, 2048, 3000, 3500, 4000, 4080, 4095};
+    const QByteArray name = QString("%1, %2, %3").arg(gamma).arg(brightness).arg(contrast).toLatin1();
+    return {name, kIdentity, gamma, brightness, contrast, 0, 4095, places, values};
+}
+Range Part(const char* name, double gamma, int lo, int hi, const Table& places, const Table& values,
+           const Table& base = kIdentity)
+{
+    return {name, base, gamma, 0, 0, lo, hi, places, values};
+}
+const Range kRanges[] = {
+    Whole(2.0, 0, 0, {0, 63, 255, 639, 2047, 2906, 3551, 3827, 4056, 4089, 4095}),
+    Whole(4.0, 0, 0, {0, 511, 1023, 1618, 2906, 3488, 3829, 3964, 4076, 4092, 4095}),
+    Whole(0.5, 0, 0, {0, 0, 0, 2, 256, 1024, 2197, 3009, 3937, 4071, 4095}),
+    Whole(0.0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 4095}),
+    Whole(1.0, 150, 0, {0, 3, 45, 280, 2616, 3857, 4061, 4052, 4079, 4092, 4095}),
+    Whole(1.0, -150, 0, {0, 0, 3, 18, 210, 561, 1140, 1580, 3759, 4054, 4095}),
+    Whole(1.0, 0, 150, {0, 0, 0, 0, 0, 2048, 4095, 4095, 4095, 4095, 4095}),
+    Whole(1.0, 0, -150, {0, 3, 45, 278, 2223, 2048, 1822, 2686, 3885, 4062, 4095}),
+    Whole(1.5, 30, -40, {0, 28, 186, 618, 1988, 2642, 3355, 3710, 4037, 4085, 4095}),
+    Part("inner", 2.0, 100, 1000, {99, 100, 101, 200, 500, 900, 999, 1000, 1001},
+         {99, 100, 127, 400, 700, 956, 999, 1000, 1001}),
+    Part("inner step", 0.0, 100, 1000, {99, 100, 101, 999, 1000, 1001}, {99, 100, 100, 100, 1000, 1001}),
+    Part("5000 outside", 2.0, 100, 1000, {50, 500}, {5000, 700},
+         MakeTable([](int i) { return i == 50 ? 5000 : i; })),
+    Part("scattered", 0.7, 7, 70, {1}, {1237}, MakeTable([](int i) { return i * 1237 % 4096; })),
+    Part("neutral, any range", 1.00005, 10, 0, {3, 3000}, {3, 3000}),
+};
+
+// How often each operation allocates.
+const TablePoint kTwoPoints[] = {{0, 0}, {4095, 4095}};
+const struct
+{
+    const char* name;
+    int first; // on an object's first call, and on every later one
+    int later;
+    Call call;
+} kAllocations[] = {
+    {"points", 1, 0, [](C c, T t) { return c.CreatePointCurve(kTwoPoints, 2, 12, t); }},
+    {"gamma", 0, 0, [](C c, T t) { return c.CreateGammaLut(2.2, 12, t); }},
+    {"brightness", 1, 0, [](C c, T t) { return c.CreateBrightnessLut(7, 12, t); }},
+    {"contrast", 1, 0, [](C c, T t) { return c.CreateContrastLut(7, 12, t); }},
+    {"composite", 4, 0, [](C c, T t) { return c.CreateCompositeLut(7, 7, 2.2, 12, t); }},
+    {"range", 5, 1, [](C c, T t) { return c.AdjustLutRange(7, 7, 2.2, 0, 4095, t); }},
+};
+
+const Points kUp{{0, 0}, {9, 9}}, kFalling{{0, 0}, {9, 7}, {7, 9}}, kBeyond{{0, 0}, {256, 9}};
+
+// What is refused, on a table of wrong entries.
+const struct
+{
+    const char* name;
+    int code;
+    Call call;
+} kRefused[] = {
+    {"points null", -101, [](C c, T t) { return c.CreatePointCurve(nullptr, 2, 7, t); }},
+    {"points out null", -101, [](C c, T) { return WithPoints(c, kUp, 7, nullptr); }},
+    {"points bits 17", -102, [](C c, T t) { return WithPoints(c, kUp, 17, t); }},
+    {"one point", -102, [](C c, T t) { return WithPoints(c, Points(1), 12, t); }},
+    {"seventeen points", -102, [](C c, T t) { return WithPoints(c, Points(17), 12, t); }},
+    {"x falls", -102, [](C c, T t) { return WithPoints(c, kFalling, 12, t); }},
+    {"x behind", -102, [](C c, T t) { return WithPoints(c, kBeyond, 8, t); }},
+    {"gamma below", -102, [](C c, T t) { return c.CreateGammaLut(-0.01, 12, t); }},
+    {"gamma no number", -102, [](C c, T t) { return c.CreateGammaLut(kNaN, 12, t); }},
+    {"gamma null", -101, [](C c, T) { return c.CreateGammaLut(1.0, 12, nullptr); }},
+    {"brightness", -102, [](C c, T t) { return c.CreateBrightnessLut(-151, 12, t); }},
+    {"contrast", -102, [](C c, T t) { return c.CreateContrastLut(kHighest, 12, t); }},
+    {"all brightness", -102, [](C c, T) { return c.CreateCompositeLut(151, 0, 1.0, 12, nullptr); }},
+    {"all gamma", -102, [](C c, T) { return c.CreateCompositeLut(0, 0, 4.01, 12, nullptr); }},
+    {"all null", -101, [](C c, T) { return c.CreateCompositeLut(0, 0, 1.0, 12, nullptr); }},
+    {"range null", -101, [](C c, T) { return c.AdjustLutRange(0, 0, 1.0, 0, 4095, nullptr); }},
+    {"range of 63", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 0, 62, t); }},
+    {"range brightness", -102, [](C c, T t) { return c.AdjustLutRange(151, 0, 1.0, 0, 100, t); }},
+    {"entry -7", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 1100, 2000, t); }},
+    {"entries far apart", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 2900, 3200, t); }},
+};
 
 } // namespace
 
@@ -109,31 +202,21 @@ private slots:
     }
 
     // Segments that meet the table's borders, or that make no sense, with room on both sides of the table.
-    void segment_data()
-    {
-        QTest::addColumn<double>("x1");
-        QTest::addColumn<double>("x2");
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("count");
-        QTest::newRow("over the end") << 0.8 << 1.7 << 8 << 3;
-        QTest::newRow("without end") << 0.0 << kInfinite << 0 << 11;
-        QTest::newRow("rounded to the start") << -0.1 << 0.1 << 0 << 3;
-        QTest::newRow("from before") << -0.2 << 0.5 << 0 << 0;
-        QTest::newRow("no width") << 0.3 << 0.3 << 0 << 0;
-        QTest::newRow("from no number") << kNaN << 0.2 << 0 << 0;
-    }
-
     void segment()
     {
-        QFETCH(double, x1);
-        QFETCH(double, x2);
-        QFETCH(int, first);
-        QFETCH(int, count);
-        const CurvePoint points[] = {{x1, 7.0}, {x2, 7.0}};
-        std::vector<double> wanted(33, -1.0), table(wanted);
-        std::fill_n(wanted.begin() + 11 + first, count, 1.0);
-        m_curve.BezierSegment({points, table.data() + 11, 11}, 0, 0, 1, 1);
-        QCOMPARE(table, wanted);
+        const struct
+        {
+            double x1, x2;
+            int first, count;
+        } rows[] = {{0.8, 1.7, 8, 3},  {0.0, kInfinite, 0, 11}, {-0.1, 0.1, 0, 3},
+                    {-0.2, 0.5, 0, 0}, {0.3, 0.3, 0, 0},        {kNaN, 0.2, 0, 0}};
+        for (const auto& [x1, x2, first, count] : rows) {
+            const CurvePoint points[] = {{x1, 7.0}, {x2, 7.0}};
+            std::vector<double> wanted(33, -1.0), table(wanted);
+            std::fill_n(wanted.begin() + 11 + first, count, 1.0);
+            m_curve.BezierSegment({points, table.data() + 11, 11}, 0, 0, 1, 1);
+            QVERIFY2(table == wanted, qPrintable(QString("%1 to %2").arg(x1).arg(x2)));
+        }
     }
 
     void wholeTables_data()
@@ -210,59 +293,15 @@ private slots:
         QCOMPARE(Difference(small, neutral), QString());
     }
 
-    void range_data()
-    {
-        QTest::addColumn<Table>("base");
-        QTest::addColumn<int>("gamma"); // in millionths
-        QTest::addColumn<int>("brightness");
-        QTest::addColumn<int>("contrast");
-        QTest::addColumn<int>("lo");
-        QTest::addColumn<int>("hi");
-        QTest::addColumn<Table>("places");
-        QTest::addColumn<Table>("values");
-        const Table spread{0, 1, 16, 100, 1024, 2048, 3000, 3500, 4000, 4080, 4095};
-        const auto whole = [&](int gamma, int brightness, int contrast, const Table& values) {
-            QTest::addRow("%d, %d, %d", gamma, brightness, contrast)
-                << kIdentity << gamma * 10000 << brightness << contrast << 0 << 4095 << spread << values;
-        };
-        whole(200, 0, 0, {0, 63, 255, 639, 2047, 2906, 3551, 3827, 4056, 4089, 4095});
-        whole(400, 0, 0, {0, 511, 1023, 1618, 2906, 3488, 3829, 3964, 4076, 4092, 4095});
-        whole(50, 0, 0, {0, 0, 0, 2, 256, 1024, 2197, 3009, 3937, 4071, 4095});
-        whole(0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 4095});
-        whole(100, 150, 0, {0, 3, 45, 280, 2616, 3857, 4061, 4052, 4079, 4092, 4095});
-        whole(100, -150, 0, {0, 0, 3, 18, 210, 561, 1140, 1580, 3759, 4054, 4095});
-        whole(100, 0, 150, {0, 0, 0, 0, 0, 2048, 4095, 4095, 4095, 4095, 4095});
-        whole(100, 0, -150, {0, 3, 45, 278, 2223, 2048, 1822, 2686, 3885, 4062, 4095});
-        whole(150, 30, -40, {0, 28, 186, 618, 1988, 2642, 3355, 3710, 4037, 4085, 4095});
-
-        const auto row = [](const char* name, const Table& base, int gamma, int lo, int hi,
-                            const Table& places, const Table& values) {
-            QTest::newRow(name) << base << gamma << 0 << 0 << lo << hi << places << values;
-        };
-        row("inner", kIdentity, 2000000, 100, 1000, {99, 100, 101, 200, 500, 900, 999, 1000, 1001},
-            {99, 100, 127, 400, 700, 956, 999, 1000, 1001});
-        row("inner step", kIdentity, 0, 100, 1000, {99, 100, 101, 999, 1000, 1001},
-            {99, 100, 100, 100, 1000, 1001});
-        row("5000 outside", MakeTable([](int i) { return i == 50 ? 5000 : i; }), 2000000, 100, 1000,
-            {50, 500}, {5000, 700});
-        row("scattered", MakeTable([](int i) { return i * 1237 % 4096; }), 700000, 7, 70, {1}, {1237});
-        row("neutral, any range", kIdentity, 1000050, 10, 0, {3, 3000}, {3, 3000});
-    }
+    void range_data() { addRows(kRanges); }
 
     void range()
     {
-        QFETCH(Table, base);
-        QFETCH(int, gamma);
-        QFETCH(int, brightness);
-        QFETCH(int, contrast);
-        QFETCH(int, lo);
-        QFETCH(int, hi);
-        QFETCH(Table, places);
-        QFETCH(Table, values);
+        const auto& [name, base, gamma, brightness, contrast, lo, hi, places, values] = currentRow(kRanges);
         Table table = base, plain = base;
-        QCOMPARE(m_curve.AdjustLutRange(brightness, contrast, gamma / 1e6, lo, hi, table.data()), 0);
+        QCOMPARE(m_curve.AdjustLutRange(brightness, contrast, gamma, lo, hi, table.data()), 0);
         QCOMPARE(Difference(Pick(table, places), values), QString());
-        m_plain.AdjustRange(brightness, contrast, gamma / 1e6, lo, hi, plain.data());
+        m_plain.AdjustRange(brightness, contrast, gamma, lo, hi, plain.data());
         QCOMPARE(Difference(table, plain), QString());
     }
 
@@ -294,41 +333,11 @@ private slots:
         QVERIFY(max == kHighest && min == kLowest);
     }
 
-    void refused_data()
-    {
-        QTest::addColumn<Call>("call");
-        QTest::addColumn<int>("code");
-        const auto row = [](const char* name, int code, Call call) { QTest::newRow(name) << call << code; };
-        using C = CBezierCurve&;
-        using T = std::int32_t*;
-        row("points null", -101, [](C c, T t) { return c.CreatePointCurve(nullptr, 2, 7, t); });
-        row("points out null", -101, [](C c, T) { return WithPoints(c, {{0, 0}, {9, 9}}, 7, nullptr); });
-        row("points bits 17", -102, [](C c, T t) { return WithPoints(c, {{0, 0}, {9, 9}}, 17, t); });
-        row("one point", -102, [](C c, T t) { return WithPoints(c, {{0, 0}}, 12, t); });
-        row("seventeen points", -102, [](C c, T t) { return WithPoints(c, Points(17), 12, t); });
-        row("x falls", -102, [](C c, T t) { return WithPoints(c, {{0, 0}, {9, 7}, {7, 9}}, 12, t); });
-        row("x behind", -102, [](C c, T t) { return WithPoints(c, {{0, 0}, {256, 9}}, 8, t); });
-
-        row("gamma below", -102, [](C c, T t) { return c.CreateGammaLut(-0.01, 12, t); });
-        row("gamma no number", -102, [](C c, T t) { return c.CreateGammaLut(kNaN, 12, t); });
-        row("gamma null", -101, [](C c, T) { return c.CreateGammaLut(1.0, 12, nullptr); });
-        row("brightness", -102, [](C c, T t) { return c.CreateBrightnessLut(-151, 12, t); });
-        row("contrast", -102, [](C c, T t) { return c.CreateContrastLut(kHighest, 12, t); });
-        row("all brightness", -102, [](C c, T) { return c.CreateCompositeLut(151, 0, 1.0, 12, nullptr); });
-        row("all gamma", -102, [](C c, T) { return c.CreateCompositeLut(0, 0, 4.01, 12, nullptr); });
-        row("all null", -101, [](C c, T) { return c.CreateCompositeLut(0, 0, 1.0, 12, nullptr); });
-
-        row("range null", -101, [](C c, T) { return c.AdjustLutRange(0, 0, 1.0, 0, 4095, nullptr); });
-        row("range of 63", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 0, 62, t); });
-        row("range brightness", -102, [](C c, T t) { return c.AdjustLutRange(151, 0, 1.0, 0, 100, t); });
-        row("entry -7", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 1100, 2000, t); });
-        row("entries far apart", -102, [](C c, T t) { return c.AdjustLutRange(1, 0, 1.0, 2900, 3200, t); });
-    }
+    void refused_data() { addRows(kRefused); }
 
     void refused()
     {
-        QFETCH(Call, call);
-        QFETCH(int, code);
+        const auto& [name, code, call] = currentRow(kRefused);
         Table table = kIdentity;
         table[500] = 5000;
         table[1500] = -7;
@@ -339,10 +348,37 @@ private slots:
         QCOMPARE(Difference(table, before), QString());
     }
 
-private:
-    static int WithPoints(CBezierCurve& curve, const Points& points, int bits, std::int32_t* table)
+    void failedAllocation_data() { addRows(kAllocations); }
+
+    void failedAllocation()
     {
-        return curve.CreatePointCurve(points.data(), int(points.size()), bits, table);
+        const auto& row = currentRow(kAllocations);
+        const Table base = MakeTable([](int i) { return 4095 - i; });
+        Table wanted, table;
+        for (int failing = -1; failing < row.first; ++failing) {
+            {
+                CBezierCurve curve;
+                const auto call = [&](int refused) {
+                    table = base;
+                    int result = 0;
+                    watch(refused, [&] { result = row.call(curve, table.data()); });
+                    return result;
+                };
+                QCOMPARE(call(failing), failing < 0 ? 0 : -103);
+                if (failing < 0) {
+                    QCOMPARE(g_asked, row.first);
+                    wanted = table;
+                } else {
+                    QCOMPARE(Difference(table, base), QString());
+                }
+                for (int again = 0; again < 2; ++again) {
+                    QCOMPARE(call(-1), 0);
+                    QCOMPARE(Difference(table, wanted), QString());
+                }
+                QCOMPARE(g_asked, row.later);
+            }
+            QCOMPARE(g_alive, 0);
+        }
     }
 };
 

@@ -42,97 +42,85 @@ class tst_PublishedTable : public QObject
     Q_OBJECT
 
 private slots:
-    void newestTable();
-    void heldSnapshotStays();
-    void onlyTheWriterWaits();
-    void readersAndWriter();
-};
-
-void tst_PublishedTable::newestTable()
-{
-    PublishedTable table;
-    QCOMPARE(versionOf(table.Acquire()), -1);
-    for (int version = 0; version < 3 * PublishedTable::kSlots; ++version) {
-        publish(table, version);
-        QCOMPARE(versionOf(table.Acquire()), version);
-    }
-    table.Clear();
-    QCOMPARE(versionOf(table.Acquire()), -1);
-}
-
-void tst_PublishedTable::heldSnapshotStays()
-{
-    PublishedTable table;
-    publish(table, 1);
-    auto first = table.Acquire();
-    for (int version = 2; version < 3 * PublishedTable::kSlots; ++version)
-        publish(table, version);
-    table.Clear();
-    const auto moved = std::move(first);
-    QCOMPARE(versionOf(moved), 1);
-}
-
-// With every spare slot held the writer waits for one of them; readers go on with the table from before.
-void tst_PublishedTable::onlyTheWriterWaits()
-{
-    PublishedTable table;
-    std::vector<PublishedTable::Snapshot> held;
-    for (int version = 0; version < PublishedTable::kSlots - 1; ++version) {
-        publish(table, version);
-        held.push_back(table.Acquire());
-    }
-    publish(table, 50);
-    std::thread writer([&table] { publish(table, 51); });
-    QTest::qSleep(20);
-    const int whileWaiting = versionOf(table.Acquire());
-    held.erase(held.begin() + 3);
-    writer.join();
-    QCOMPARE(whileWaiting, 50);
-    QCOMPARE(versionOf(table.Acquire()), 51);
-    for (const auto& snapshot : held)
-        QVERIFY(versionOf(snapshot) >= 0 && versionOf(snapshot) != 3);
-}
-
-void tst_PublishedTable::readersAndWriter()
-{
-    constexpr int kReaders = 4;
-    constexpr int kSnapshots = 3000;
-    PublishedTable table;
-    std::atomic<int> newest{0}; // version that is being published or was
-    std::atomic<int> reading{kReaders};
-    std::atomic<int> wrong{0};
-    std::atomic<bool> writing{true};
-    const auto read = [&] {
-        int last = 0;
-        for (int taken = 0; taken < kSnapshots && writing;) {
-            const auto snapshot = table.Acquire();
-            const auto second = table.Acquire();
-            const int version = versionOf(snapshot);
-            if (version == -1)
-                continue;
-            // Never an older one than before, never one that was not published yet.
-            wrong += version < last || version > newest || versionOf(snapshot) != version;
-            last = version;
-            ++taken;
+    void newestAndHeldTable()
+    {
+        PublishedTable table;
+        auto held = table.Acquire();
+        QCOMPARE(versionOf(held), -1);
+        for (int version = 0; version < 3 * PublishedTable::kSlots; ++version) {
+            publish(table, version);
+            QCOMPARE(versionOf(table.Acquire()), version);
+            if (version == 1)
+                held = table.Acquire();
         }
-        --reading;
-    };
-    std::vector<std::thread> readers;
-    for (int i = 0; i < kReaders; ++i)
-        readers.emplace_back(read);
-    for (int version = 1; reading > 0 && version < 500000; ++version) {
-        if (version % 64 == 0)
-            table.Clear();
-        newest = version;
-        publish(table, version);
+        table.Clear();
+        QCOMPARE(versionOf(table.Acquire()), -1);
+        const auto moved = std::move(held);
+        QCOMPARE(versionOf(moved), 1);
     }
-    const int stillReading = reading;
-    writing = false;
-    for (std::thread& reader : readers)
-        reader.join();
-    QCOMPARE(stillReading, 0);
-    QCOMPARE(wrong.load(), 0);
-}
+
+    // With every spare slot held the writer waits for one of them; readers go on with the table from before.
+    void onlyTheWriterWaits()
+    {
+        PublishedTable table;
+        std::vector<PublishedTable::Snapshot> held;
+        for (int version = 0; version < PublishedTable::kSlots - 1; ++version) {
+            publish(table, version);
+            held.push_back(table.Acquire());
+        }
+        publish(table, 50);
+        std::thread writer([&table] { publish(table, 51); });
+        QTest::qSleep(20);
+        const int whileWaiting = versionOf(table.Acquire());
+        held.erase(held.begin() + 3);
+        writer.join();
+        QCOMPARE(whileWaiting, 50);
+        QCOMPARE(versionOf(table.Acquire()), 51);
+        for (const auto& snapshot : held)
+            QVERIFY(versionOf(snapshot) >= 0 && versionOf(snapshot) != 3);
+    }
+
+    void readersAndWriter()
+    {
+        constexpr int kReaders = 4;
+        constexpr int kSnapshots = 3000;
+        PublishedTable table;
+        std::atomic<int> newest{0}; // version that is being published or was
+        std::atomic<int> reading{kReaders};
+        std::atomic<int> wrong{0};
+        std::atomic<bool> writing{true};
+        const auto read = [&] {
+            int last = 0;
+            for (int taken = 0; taken < kSnapshots && writing;) {
+                const auto snapshot = table.Acquire();
+                const auto second = table.Acquire();
+                const int version = versionOf(snapshot);
+                if (version == -1)
+                    continue;
+                // Never an older one than before, never one that was not published yet.
+                wrong += version < last || version > newest || versionOf(snapshot) != version;
+                last = version;
+                ++taken;
+            }
+            --reading;
+        };
+        std::vector<std::thread> readers;
+        for (int i = 0; i < kReaders; ++i)
+            readers.emplace_back(read);
+        for (int version = 1; reading > 0 && version < 500000; ++version) {
+            if (version % 64 == 0)
+                table.Clear();
+            newest = version;
+            publish(table, version);
+        }
+        const int stillReading = reading;
+        writing = false;
+        for (std::thread& reader : readers)
+            reader.join();
+        QCOMPARE(stillReading, 0);
+        QCOMPARE(wrong.load(), 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_PublishedTable)
 #include "tst_PublishedTable.moc"

@@ -13,11 +13,38 @@ class tst_StandardCatalogue : public QObject
 
 private slots:
     void init() { m_dir = std::make_unique<QTemporaryDir>(); }
-    void ByName_data();
-    void ByName();
-    void Order();
-    void Links();
-    void NothingToScan();
+
+    void NamesAndOrder()
+    {
+        const QString foreign = QString::fromUtf8("曲线"),
+                      longer = "0123456789abcdefgh"; // no trailer holds them
+        for (const QString& name :
+             {QString("srgb.bin"), QString("Log.bin"), QString("cie.bin"), QString("a.old.bin"),
+              QString("a.bin"), QString("b.BIN"), QString(".bin"), foreign + ".bin", longer + ".bin"})
+            Touch(name);
+        QCOMPARE(Names(), (QStringList{"", longer, "a", "cie", "Log", "srgb", foreign}));
+    }
+
+    void Links()
+    {
+        Touch("target.dat");
+        QVERIFY(QDir(m_dir->path()).mkdir("directory.bin"));
+        QVERIFY(QFile::link(m_dir->filePath("target.dat"), m_dir->filePath("link.bin")));
+        QVERIFY(QFile::link(m_dir->filePath("absent"), m_dir->filePath("dangling.bin")));
+        QVERIFY(QFile::link(m_dir->filePath("directory.bin"), m_dir->filePath("directorylink.bin")));
+        QCOMPARE(mkfifo(qPrintable(m_dir->filePath("pipe.bin")), 0600), 0);
+        const auto curves = ScanStandardCatalogue(m_dir->path(), "bin");
+        QCOMPARE(curves.size(), 1);
+        QCOMPARE(curves[0].Name, QString("link"));
+        QCOMPARE(curves[0].Path, QFileInfo(m_dir->filePath("target.dat")).canonicalFilePath());
+    }
+
+    void NothingToScan()
+    {
+        QCOMPARE(ScanStandardCatalogue(m_dir->filePath("absent"), "bin").size(), 0);
+        Touch("file");
+        QCOMPARE(ScanStandardCatalogue(m_dir->filePath("file"), "bin").size(), 0);
+    }
 
 private:
     void Touch(const QString& name)
@@ -25,63 +52,17 @@ private:
         QFile file(m_dir->filePath(name));
         QVERIFY(file.open(QIODevice::WriteOnly));
     }
-    QStringList Names(const QString& suffix = "bin")
+
+    QStringList Names()
     {
         QStringList names;
-        for (const StandardCurve& curve : ScanStandardCatalogue(m_dir->path(), suffix))
+        for (const StandardCurve& curve : ScanStandardCatalogue(m_dir->path(), "bin"))
             names += curve.Name;
         return names;
     }
+
     std::unique_ptr<QTemporaryDir> m_dir;
 };
-
-void tst_StandardCatalogue::ByName_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QStringList>("names");
-    QTest::newRow("longer than a trailer's name")
-        << "0123456789abcdefgh.bin" << QStringList{"0123456789abcdefgh"};
-    QTest::newRow("outside Latin-1") << QString::fromUtf8("曲线.bin")
-                                     << QStringList{QString::fromUtf8("曲线")};
-    QTest::newRow("hidden") << ".bin" << QStringList{""};
-    QTest::newRow("upper case") << "a.BIN" << QStringList{};
-}
-
-void tst_StandardCatalogue::ByName()
-{
-    QFETCH(QString, file);
-    QFETCH(QStringList, names);
-    Touch(file);
-    QCOMPARE(Names(), names);
-}
-
-void tst_StandardCatalogue::Order()
-{
-    for (const char* name : {"srgb.bin", "Log.bin", "cie.bin", "a.old.bin", "a.bin"})
-        Touch(name);
-    QCOMPARE(Names(), QStringList({"a", "cie", "Log", "srgb"}));
-}
-
-void tst_StandardCatalogue::Links()
-{
-    Touch("target.dat");
-    QVERIFY(QDir(m_dir->path()).mkdir("directory.bin"));
-    QVERIFY(QFile::link(m_dir->filePath("target.dat"), m_dir->filePath("link.bin")));
-    QVERIFY(QFile::link(m_dir->filePath("absent"), m_dir->filePath("dangling.bin")));
-    QVERIFY(QFile::link(m_dir->filePath("directory.bin"), m_dir->filePath("directorylink.bin")));
-    QCOMPARE(mkfifo(qPrintable(m_dir->filePath("pipe.bin")), 0600), 0);
-    const auto curves = ScanStandardCatalogue(m_dir->path(), "bin");
-    QCOMPARE(curves.size(), 1);
-    QCOMPARE(curves[0].Name, QString("link"));
-    QCOMPARE(curves[0].Path, QFileInfo(m_dir->filePath("target.dat")).canonicalFilePath());
-}
-
-void tst_StandardCatalogue::NothingToScan()
-{
-    QCOMPARE(ScanStandardCatalogue(m_dir->filePath("absent"), "bin").size(), 0);
-    Touch("file");
-    QCOMPARE(ScanStandardCatalogue(m_dir->filePath("file"), "bin").size(), 0);
-}
 
 QTEST_GUILESS_MAIN(tst_StandardCatalogue)
 #include "tst_StandardCatalogue.moc"

@@ -5,12 +5,11 @@
 #include <random>
 #include <vector>
 
-#include <QtTest>
-
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include "plugin/FrameKernels.h"
+#include "support/Rows.h"
 
 using namespace orlune;
 
@@ -33,6 +32,7 @@ public:
         m_data = m_base + m_mapped - page - endOffset - size;
         std::memset(m_base, kFill, m_mapped - page);
     }
+
     ~FencedBytes() { munmap(m_base, m_mapped); }
     Q_DISABLE_COPY(FencedBytes)
 
@@ -41,6 +41,7 @@ public:
     {
         return reinterpret_cast<T*>(m_data);
     }
+
     std::vector<uchar> bytes() const { return {m_data, m_data + m_size}; }
     bool marginIsWhole() const
     {
@@ -108,196 +109,165 @@ std::vector<uchar> makePixels(int bits, Words words, int count, std::size_t entr
     return bytes;
 }
 
-} // namespace
+// What each set of loops is run with.
+const struct
+{
+    const char* name;
+    int bits;
+    int entries;
+    Entries kind;
+    Words words;
+} kCases[] = {
+    {"8 bits", 8, 256, Entries::Any, Words::Any},
+    {"10 bits, right frames and tables", 10, 1024, Entries::Fitting, Words::InTable},
+    {"12 bits, right frames and tables", 12, 4096, Entries::Fitting, Words::InTable},
+    {"10 bits, one entry too large", 10, 1024, Entries::AllButOneFitting, Words::InTable},
+    {"12 bits, one entry too large", 12, 4096, Entries::AllButOneFitting, Words::InTable},
+    {"10 bits, any word and entry", 10, 1024, Entries::Any, Words::Any},
+    {"12 bits, any word and entry", 12, 4096, Entries::Any, Words::Any},
+    {"10 bits, words about the end", 10, 1024, Entries::Fitting, Words::Boundary},
+    {"12 bits, words about the end", 12, 4096, Entries::Fitting, Words::Boundary},
+    {"1 entry", 16, 1, Entries::Fitting, Words::Boundary},
+    {"2 entries", 16, 2, Entries::Fitting, Words::Boundary},
+    {"1023 entries", 16, 1023, Entries::Fitting, Words::Boundary},
+    {"1025 entries", 16, 1025, Entries::Fitting, Words::Boundary},
+    {"4095 entries", 16, 4095, Entries::Fitting, Words::Boundary},
+};
 
-Q_DECLARE_METATYPE(Words)
-Q_DECLARE_METATYPE(Entries)
+} // namespace
 
 class tst_FrameKernels : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void resample_data();
-    void resample();
-    void resampleRefuses();
-    void everySetMapsLikeThePlainLoop_data();
-    void everySetMapsLikeThePlainLoop();
-    void frameLargerThanTheCaches_data();
-    void frameLargerThanTheCaches();
-    void refuses_data();
-    void refuses();
-};
-
-void tst_FrameKernels::resample_data()
-{
-    QTest::addColumn<QVector<qint32>>("src");
-    QTest::addColumn<int>("shift");
-    QTest::addColumn<QVector<qint32>>("expected");
-    QTest::newRow("sampled, not averaged")
-        << QVector<qint32>{16, 900, 900, 32, 900, 900} << 4 << QVector<qint32>{1, 2};
-    QTest::newRow("a rest is never read")
-        << QVector<qint32>{4, 0, 8, 0, 12, 0, 400} << 2 << QVector<qint32>{1, 2, 3};
-    QTest::newRow("negative entries round down")
-        << QVector<qint32>{-1, -16, -17, std::numeric_limits<qint32>::min()} << 4
-        << QVector<qint32>{-1, -1, -2, -0x8000000};
-    QTest::newRow("more than there are") << QVector<qint32>{6, 8} << 1 << QVector<qint32>{3, 3, 3};
-}
-
-void tst_FrameKernels::resample()
-{
-    QFETCH(QVector<qint32>, src);
-    QFETCH(int, shift);
-    QFETCH(QVector<qint32>, expected);
-    QVector<qint32> dst(expected.size());
-    ResampleLut(src.constData(), src.size(), dst.data(), dst.size(), shift);
-    QCOMPARE(dst, expected);
-}
-
-void tst_FrameKernels::resampleRefuses()
-{
-    const qint32 src[4] = {1, 2, 3, 4};
-    qint32 dst[2] = {-5, -5};
-    ResampleLut(nullptr, 4, dst, 2, 0);
-    ResampleLut(src, 4, nullptr, 2, 0);
-    ResampleLut(src, 0, dst, 2, 0);
-    ResampleLut(src, 4, dst, 0, 0);
-    ResampleLut(src, 4, dst, 2, -1);
-    ResampleLut(src, 4, dst, 2, 32);
-    QVERIFY(dst[0] == -5 && dst[1] == -5);
-}
-
-void tst_FrameKernels::everySetMapsLikeThePlainLoop_data()
-{
-    QTest::addColumn<int>("set");
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<int>("entries");
-    QTest::addColumn<Entries>("kind");
-    QTest::addColumn<Words>("words");
-    const auto sets = AvailableKernelSets();
-    QCOMPARE(sets.back().name, "baseline");
-    for (int set = 0; set < int(sets.size()); ++set) {
-        const char* name = sets[set].name;
-        QTest::addRow("%s, 8 bits", name) << set << 8 << 256 << Entries::Any << Words::Any;
-        for (const int bits : {10, 12}) {
-            const auto add = [&](const char* what, Entries kind, Words words) {
-                QTest::addRow("%s, %d bits, %s", name, bits, what)
-                    << set << bits << (1 << bits) << kind << words;
-            };
-            add("right frames and tables", Entries::Fitting, Words::InTable);
-            add("one entry too large", Entries::AllButOneFitting, Words::InTable);
-            add("any word and entry", Entries::Any, Words::Any);
-            add("words about the table's end", Entries::Fitting, Words::Boundary);
+    void resample()
+    {
+        constexpr qint32 low = std::numeric_limits<qint32>::min();
+        const struct
+        {
+            int shift;
+            std::vector<qint32> src, expected;
+        } rows[] = {{4, {16, 900, 900, 32, 900, 900}, {1, 2}},          // sampled, not averaged
+                    {2, {4, 0, 8, 0, 12, 0, 400}, {1, 2, 3}},           // a rest is never read
+                    {4, {-1, -16, -17, low}, {-1, -1, -2, -0x8000000}}, // negative entries round down
+                    {1, {6, 8}, {3, 3, 3}}};                            // more than there are
+        for (const auto& [shift, src, expected] : rows) {
+            std::vector<qint32> dst(expected.size());
+            ResampleLut(src.data(), int(src.size()), dst.data(), int(dst.size()), shift);
+            QCOMPARE(dst, expected);
         }
-        for (const int entries : {1, 2, 1023, 1025, 4095})
-            QTest::addRow("%s, %d entries", name, entries)
-                << set << 16 << entries << Entries::Fitting << Words::Boundary;
+        const qint32 src[4] = {1, 2, 3, 4};
+        qint32 dst[2] = {-5, -5};
+        ResampleLut(nullptr, 4, dst, 2, 0);
+        ResampleLut(src, 4, nullptr, 2, 0);
+        ResampleLut(src, 0, dst, 2, 0);
+        ResampleLut(src, 4, dst, 0, 0);
+        ResampleLut(src, 4, dst, 2, -1);
+        ResampleLut(src, 4, dst, 2, 32);
+        QVERIFY(dst[0] == -5 && dst[1] == -5);
     }
-}
 
-// Every count of pixels up to a few vectors, at every place within a vector, into another buffer and in
-// place.
-void tst_FrameKernels::everySetMapsLikeThePlainLoop()
-{
-    QFETCH(int, set);
-    QFETCH(int, bits);
-    QFETCH(int, entries);
-    QFETCH(Entries, kind);
-    QFETCH(Words, words);
-    const KernelSet kernels = AvailableKernelSets()[set];
-    std::mt19937 random(1);
-    FencedBytes fencedTable(sizeof(qint32) * entries);
-    const auto table = makeTable(kind, entries, random);
-    std::copy(table.begin(), table.end(), fencedTable.as<qint32>());
+    void everySetMapsLikeThePlainLoop_data()
+    {
+        QTest::addColumn<int>("set");
+        QTest::addColumn<int>("row");
+        const auto sets = AvailableKernelSets();
+        QCOMPARE(sets.back().name, "baseline");
+        for (int set = 0; set < int(sets.size()); ++set)
+            for (int row = 0; row < int(std::size(kCases)); ++row)
+                QTest::addRow("%s, %s", sets[set].name, kCases[row].name) << set << row;
+    }
 
-    for (int count = 1; count <= 300; ++count) {
-        const auto pixels = makePixels(bits, words, count, table.size(), random);
+    // Every count of pixels up to a few vectors, at every place within a vector, into another buffer and in
+    // place.
+    void everySetMapsLikeThePlainLoop()
+    {
+        QFETCH(int, set);
+        const auto& [name, bits, entries, kind, words] = currentRow(kCases);
+        const KernelSet kernels = AvailableKernelSets()[set];
+        std::mt19937 random(1);
+        FencedBytes fencedTable(sizeof(qint32) * entries);
+        const auto table = makeTable(kind, entries, random);
+        std::copy(table.begin(), table.end(), fencedTable.as<qint32>());
+
+        for (int count = 1; count <= 300; ++count) {
+            const auto pixels = makePixels(bits, words, count, table.size(), random);
+            const auto expected = bits == 8 ? mapped<uchar>(pixels, table) : mapped<quint16>(pixels, table);
+            const int width = count % 3 == 0 ? count / 3 : count;
+            FencedBytes src(pixels.size(), random() % 70);
+            FencedBytes dst(pixels.size(), random() % 70);
+            std::copy(pixels.begin(), pixels.end(), src.as<uchar>());
+            QCOMPARE(apply(kernels, bits, src.as<uchar>(), dst.as<uchar>(), width, count / width,
+                           fencedTable.as<qint32>(), entries),
+                     0);
+            QVERIFY2(dst.bytes() == expected, qPrintable(QString::number(count)));
+            QVERIFY(dst.marginIsWhole());
+            QVERIFY(src.bytes() == pixels);
+            QCOMPARE(apply(kernels, bits, src.as<uchar>(), src.as<uchar>(), width, count / width,
+                           fencedTable.as<qint32>(), entries),
+                     0);
+            QVERIFY2(src.bytes() == expected, qPrintable(QString::number(count)));
+            QVERIFY(src.marginIsWhole());
+        }
+    }
+
+    void frameLargerThanTheCaches_data()
+    {
+        QTest::addColumn<int>("set");
+        QTest::addColumn<int>("bits");
+        QTest::addColumn<int>("offset"); // of the output's end from a page's
+        const auto sets = AvailableKernelSets();
+        for (int set = 0; set < int(sets.size()); ++set)
+            for (const int bits : {8, 10, 12})
+                for (const int offset : {0, 30, 63})
+                    QTest::addRow("%s, %d bits, %d", sets[set].name, bits, offset) << set << bits << offset;
+    }
+
+    void frameLargerThanTheCaches()
+    {
+        QFETCH(int, set);
+        QFETCH(int, bits);
+        QFETCH(int, offset);
+        const KernelSet kernels = AvailableKernelSets()[set];
+        constexpr int kWidth = 1031, kHeight = 1033;
+        std::mt19937 random(2);
+        const auto table = makeTable(Entries::Fitting, 1 << bits, random);
+        const auto pixels = makePixels(bits, Words::Any, kWidth * kHeight, table.size(), random);
         const auto expected = bits == 8 ? mapped<uchar>(pixels, table) : mapped<quint16>(pixels, table);
-        const int width = count % 3 == 0 ? count / 3 : count;
-        FencedBytes src(pixels.size(), random() % 70);
-        FencedBytes dst(pixels.size(), random() % 70);
+        FencedBytes src(pixels.size());
+        FencedBytes dst(pixels.size(), offset);
         std::copy(pixels.begin(), pixels.end(), src.as<uchar>());
-        QCOMPARE(apply(kernels, bits, src.as<uchar>(), dst.as<uchar>(), width, count / width,
-                       fencedTable.as<qint32>(), entries),
-                 0);
-        QVERIFY2(dst.bytes() == expected, qPrintable(QString::number(count)));
+        QCOMPARE(
+            apply(kernels, bits, src.as<uchar>(), dst.as<uchar>(), kWidth, kHeight, table.data(), 1 << bits),
+            0);
+        QVERIFY(dst.bytes() == expected);
         QVERIFY(dst.marginIsWhole());
-        QVERIFY(src.bytes() == pixels);
-        QCOMPARE(apply(kernels, bits, src.as<uchar>(), src.as<uchar>(), width, count / width,
-                       fencedTable.as<qint32>(), entries),
-                 0);
-        QVERIFY2(src.bytes() == expected, qPrintable(QString::number(count)));
-        QVERIFY(src.marginIsWhole());
     }
-}
 
-void tst_FrameKernels::frameLargerThanTheCaches_data()
-{
-    QTest::addColumn<int>("set");
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<int>("offset"); // of the output's end from a page's
-    const auto sets = AvailableKernelSets();
-    for (int set = 0; set < int(sets.size()); ++set)
-        for (const int bits : {8, 10, 12})
-            for (const int offset : {0, 30, 63})
-                QTest::addRow("%s, %d bits, %d", sets[set].name, bits, offset) << set << bits << offset;
-}
-
-void tst_FrameKernels::frameLargerThanTheCaches()
-{
-    QFETCH(int, set);
-    QFETCH(int, bits);
-    QFETCH(int, offset);
-    const KernelSet kernels = AvailableKernelSets()[set];
-    constexpr int kWidth = 1031, kHeight = 1033;
-    std::mt19937 random(2);
-    const auto table = makeTable(Entries::Fitting, 1 << bits, random);
-    const auto pixels = makePixels(bits, Words::Any, kWidth * kHeight, table.size(), random);
-    const auto expected = bits == 8 ? mapped<uchar>(pixels, table) : mapped<quint16>(pixels, table);
-    FencedBytes src(pixels.size());
-    FencedBytes dst(pixels.size(), offset);
-    std::copy(pixels.begin(), pixels.end(), src.as<uchar>());
-    QCOMPARE(apply(kernels, bits, src.as<uchar>(), dst.as<uchar>(), kWidth, kHeight, table.data(), 1 << bits),
-             0);
-    QVERIFY(dst.bytes() == expected);
-    QVERIFY(dst.marginIsWhole());
-}
-
-void tst_FrameKernels::refuses_data()
-{
-    QTest::addColumn<int>("absent"); // which pointer is null: 1 src, 2 dst, 3 table
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("height");
-    QTest::addColumn<int>("entries");
-    QTest::newRow("no input") << 1 << 2 << 2 << 4096;
-    QTest::newRow("no table") << 3 << 2 << 2 << 4096;
-    QTest::newRow("width 0") << 0 << 0 << 2 << 4096;
-    QTest::newRow("both negative") << 0 << -2 << -2 << 4096;
-    QTest::newRow("2^31 pixels") << 0 << 65536 << 32768 << 4096;
-    QTest::newRow("2^32 + 4 pixels, 4 in 32 bits") << 0 << 4 << (1 << 30) + 1 << 4096;
-    QTest::newRow("more entries than 12 bits") << 0 << 2 << 2 << 4097;
-}
-
-void tst_FrameKernels::refuses()
-{
-    QFETCH(int, absent);
-    QFETCH(int, width);
-    QFETCH(int, height);
-    QFETCH(int, entries);
-    const std::vector<qint32> table(4097, 1);
-    FencedBytes src(8);
-    FencedBytes dst(8);
-    const auto before = dst.bytes();
-    for (const int bits : {8, 16}) {
-        if (bits == 8 && entries != 4096)
-            continue;
-        QCOMPARE(apply(FastestKernelSet(), bits, absent == 1 ? nullptr : src.as<uchar>(),
-                       absent == 2 ? nullptr : dst.as<uchar>(), width, height,
-                       absent == 3 ? nullptr : table.data(), entries),
-                 -3);
+    void refuses()
+    {
+        const std::vector<qint32> table(4097, 1);
+        FencedBytes src(8), dst(8);
+        const auto before = dst.bytes();
+        const auto map = [&](int bits, int width, int height, int entries = 4096) {
+            return apply(FastestKernelSet(), bits, src.as<uchar>(), dst.as<uchar>(), width, height,
+                         table.data(), entries);
+        };
+        for (const int bits : {8, 16}) {
+            QCOMPARE(apply(FastestKernelSet(), bits, nullptr, dst.as<uchar>(), 2, 2, table.data(), 4096), -3);
+            QCOMPARE(apply(FastestKernelSet(), bits, src.as<uchar>(), nullptr, 2, 2, table.data(), 4096), -3);
+            QCOMPARE(apply(FastestKernelSet(), bits, src.as<uchar>(), dst.as<uchar>(), 2, 2, nullptr, 4096),
+                     -3);
+            QCOMPARE(map(bits, 0, 2), -3);
+            QCOMPARE(map(bits, -2, -2), -3);
+            QCOMPARE(map(bits, 65536, 32768), -3);
+            QCOMPARE(map(bits, 4, (1 << 30) + 1), -3); // 4 pixels in 32 bits
+        }
+        QCOMPARE(map(16, 2, 2, 4097), -3);
+        QVERIFY(dst.bytes() == before);
     }
-    QVERIFY(dst.bytes() == before);
-}
+};
 
 QTEST_GUILESS_MAIN(tst_FrameKernels)
 #include "tst_FrameKernels.moc"

@@ -21,12 +21,12 @@ public:
 
     struct Node : virtual GenApi_3_0::INode
     {
-        GenApi_3_0::EAccessMode GetAccessMode() const override
-        {
-            camera->touch(name, "GetAccessMode");
-            return mode;
-        }
+        GenApi_3_0::EAccessMode GetAccessMode() const override { return touch("GetAccessMode"), mode; }
         GenICam_3_0::gcstring GetName(bool) const override { return name.c_str(); }
+        void touch(const char* operation, bool verify = false, bool ignoreCache = false) const
+        {
+            camera->touch(*this, operation, verify, ignoreCache);
+        }
 
         FakeCamera* camera = nullptr;
         std::string name;
@@ -36,21 +36,17 @@ public:
 
     struct Integer : Node, GenApi_3_0::IInteger
     {
-        void SetValue(std::int64_t v, bool) override { camera->touch(name, "SetValue"), value = v; }
+        void SetValue(std::int64_t v, bool) override { touch("SetValue"), value = v; }
         std::int64_t GetValue(bool verify, bool ignoreCache) override
         {
-            camera->touch(name, "GetValue", verify, ignoreCache);
-            return value;
+            return touch("GetValue", verify, ignoreCache), value;
         }
         std::int64_t value = 0;
     };
 
     struct Boolean : Node, GenApi_3_0::IBoolean
     {
-        void SetValue(bool v, bool verify) override
-        {
-            camera->touch(name, v ? "SetTrue" : "SetFalse", verify), value = v;
-        }
+        void SetValue(bool v, bool verify) override { touch(v ? "SetTrue" : "SetFalse", verify), value = v; }
         bool GetValue(bool, bool) const override { return value; }
         bool value = false;
     };
@@ -58,37 +54,23 @@ public:
     struct String : Node, GenApi_3_0::IString
     {
         void SetValue(const GenICam_3_0::gcstring&, bool) override {}
-        GenICam_3_0::gcstring GetValue(bool, bool) override
-        {
-            camera->touch(name, "GetValue");
-            return value.c_str();
-        }
+        GenICam_3_0::gcstring GetValue(bool, bool) override { return touch("GetValue"), value.c_str(); }
         std::string value;
     };
 
     struct Command : Node, GenApi_3_0::ICommand
     {
-        void Execute(bool verify) override
-        {
-            camera->touch(name, "Execute", verify);
-            if (action)
-                action();
-        }
+        void Execute(bool verify) override { touch("Execute", verify), action(); }
         bool IsDone(bool) override { return true; }
-        std::function<void()> action;
+        std::function<void()> action = [] {};
     };
 
     struct Enumeration : Node, GenApi_3_0::IEnumeration
     {
-        void SetIntValue(std::int64_t v, bool verify) override
-        {
-            camera->touch(name, "SetIntValue", verify);
-            value = v;
-        }
+        void SetIntValue(std::int64_t v, bool verify) override { touch("SetIntValue", verify), value = v; }
         std::int64_t GetIntValue(bool verify, bool ignoreCache) override
         {
-            camera->touch(name, "GetIntValue", verify, ignoreCache);
-            return value;
+            return touch("GetIntValue", verify, ignoreCache), value;
         }
         std::int64_t value = 0;
     };
@@ -97,27 +79,28 @@ public:
     {
         void Set(const std::uint8_t* buffer, std::int64_t length, bool verify) override
         {
-            camera->touch(name, "Set", verify);
+            touch("Set", verify);
             bytes = QByteArray(reinterpret_cast<const char*>(buffer), int(length));
         }
         void Get(std::uint8_t* buffer, std::int64_t length, bool verify, bool ignoreCache) override
         {
-            camera->touch(name, "Get", verify, ignoreCache);
+            touch("Get", verify, ignoreCache);
             memcpy(buffer, bytes.constData(), size_t(length));
         }
         std::int64_t GetLength() override
         {
-            camera->touch(name, "GetLength");
+            touch("GetLength");
             return claimedLength < 0 ? bytes.size() : claimedLength;
         }
         QByteArray bytes;
         qint64 claimedLength = -1;
     };
 
-    // The nodes of a camera with a whole register; LUTEnable where asked for.
-    explicit FakeCamera(bool hasEnable = false)
+    // The nodes of a camera with a whole register, if any; LUTEnable where asked for.
+    explicit FakeCamera(bool hasEnable = false, bool hasRegister = true)
     {
-        add<Register>("LUTValueAll").bytes = QByteArray(16424, '\0');
+        if (hasRegister)
+            add<Register>("LUTValueAll").bytes = QByteArray(16424, '\0');
         add<Enumeration>("LUTSelector").value = 7;
         if (hasEnable)
             add<Boolean>("LUTEnable");
@@ -139,14 +122,6 @@ public:
         return added;
     }
     void remove(const char* name) { m_nodes.erase(name); }
-    std::unique_ptr<Node> take(const char* name)
-    {
-        auto node = std::move(m_nodes.at(name));
-        m_nodes.erase(name);
-        return node;
-    }
-    void put(const char* name, std::unique_ptr<Node> node) { m_nodes[name] = std::move(node); }
-
     template <class Type>
     Type& node(const char* name) const
     {
@@ -169,16 +144,12 @@ public:
     static constexpr char kFailureText[] = "the cable is out";
 
 private:
-    void touch(const std::string& name, const char* operation, bool verify = false, bool ignoreCache = false)
+    void touch(const Node& node, const char* operation, bool verify, bool ignoreCache)
     {
-        QString entry = QString::fromStdString(name) + QLatin1Char('.') + QLatin1String(operation);
-        if (verify)
-            entry += QLatin1String("+verify");
-        if (ignoreCache)
-            entry += QLatin1String("+nocache");
-        if (!entry.endsWith(QLatin1String("GetLength")) && !entry.endsWith(QLatin1String("GetAccessMode")))
-            log << entry;
-        fail(m_nodes.at(name)->failure);
+        const QString entry = QString::fromStdString(node.name) + '.' + operation;
+        if (!entry.endsWith("GetLength") && !entry.endsWith("GetAccessMode"))
+            log << entry + (verify ? "+verify" : "") + (ignoreCache ? "+nocache" : "");
+        fail(node.failure);
     }
     static void fail(Failure failure)
     {
