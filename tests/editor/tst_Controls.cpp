@@ -13,39 +13,31 @@ class tst_Controls : public QObject
     Q_OBJECT
 
 private slots:
-    void press_data()
-    {
-        QTest::addColumn<int>("value");
-        QTest::addColumn<double>("at"); // share of the width
-        QTest::addColumn<int>("button");
-        QTest::addColumn<int>("after");
-        QTest::newRow("just right of the handle") << -100 << 0.35 << int(Qt::LeftButton) << -90;
-        QTest::newRow("far right") << -100 << 0.99 << int(Qt::LeftButton) << -90;
-        QTest::newRow("left") << 100 << 0.2 << int(Qt::LeftButton) << 90;
-        QTest::newRow("right button") << -100 << 0.9 << int(Qt::RightButton) << -90;
-        QTest::newRow("stops at the end") << 145 << 0.999 << int(Qt::RightButton) << 150;
-        QTest::newRow("at the end") << 150 << 0.5 << int(Qt::LeftButton) << 140;
-        QTest::newRow("on the handle") << 0 << 0.5 << int(Qt::LeftButton) << 0;
-    }
     void press()
     {
-        QFETCH(int, value);
-        QFETCH(double, at);
-        QFETCH(int, button);
-        CIntSlider slider(nullptr);
-        slider.setOrientation(Qt::Horizontal);
-        slider.setRange(-150, 150);
-        slider.setValue(value);
-        slider.resize(301, 20);
-        slider.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&slider));
-        QSignalSpy spy(&slider, &QSlider::valueChanged);
-        QTest::mousePress(&slider, Qt::MouseButton(button), {}, QPoint(int(at * slider.width()), 10));
-        QTEST(slider.value(), "after");
-        QTest::qWait(20); // holding adds nothing
-        QTest::mouseRelease(&slider, Qt::MouseButton(button));
-        QTEST(slider.value(), "after");
-        QCOMPARE(spy.count(), slider.value() == value ? 0 : 1);
+        const std::tuple<const char*, int, double, Qt::MouseButton, int> rows[] = {
+            {"just right of the handle", -100, 0.35, Qt::LeftButton, -90},
+            {"far right", -100, 0.99, Qt::LeftButton, -90},
+            {"left", 100, 0.2, Qt::LeftButton, 90},
+            {"right button", -100, 0.9, Qt::RightButton, -90},
+            {"stops at the end", 145, 0.999, Qt::RightButton, 150},
+            {"at the end", 150, 0.5, Qt::LeftButton, 140},
+            {"on the handle", 0, 0.5, Qt::LeftButton, 0}};
+        for (const auto& [name, value, at, button, after] : rows) {
+            CIntSlider slider(nullptr);
+            slider.setOrientation(Qt::Horizontal);
+            slider.setRange(-150, 150);
+            slider.setValue(value);
+            slider.resize(301, 20);
+            slider.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&slider));
+            QSignalSpy spy(&slider, &QSlider::valueChanged);
+            QTest::mousePress(&slider, button, {}, QPoint(int(at * slider.width()), 10));
+            QVERIFY2(slider.value() == after, name);
+            QTest::qWait(20); // holding adds nothing
+            QTest::mouseRelease(&slider, button);
+            QVERIFY2(slider.value() == after && spy.count() == (after == value ? 0 : 1), name);
+        }
     }
 
     void wheel()

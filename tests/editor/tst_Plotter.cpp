@@ -90,31 +90,22 @@ private slots:
         QCOMPARE(current().Entries[1001], 1001);
     }
 
-    void failedRebuild_data()
-    {
-        QTest::addColumn<int>("gamma");
-        QTest::addColumn<int>("rangeMin");
-        QTest::addColumn<int>("entry");
-        QTest::newRow("gamma beyond its limit") << 500 << 0 << 0;
-        QTest::newRow("hostile gamma") << INT_MIN << 0 << 0;
-        QTest::newRow("range too narrow") << 200 << 4033 << 0;
-        QTest::newRow("hostile range") << 200 << INT_MIN << 0;
-        QTest::newRow("entry above") << 200 << 0 << 5000;
-        QTest::newRow("entry below") << 200 << 0 << INT_MIN;
-    }
     void failedRebuild()
     {
-        QFETCH(int, gamma);
-        QFETCH(int, rangeMin);
-        QFETCH(int, entry);
-        m_view->SetBrightness(10);
-        const QImage before = shot();
-        base().Entries[2048] = entry;
-        m_view->StoreRangeMin(rangeMin);
-        m_view->SetGamma(gamma);
-        QCOMPARE(m_view->GetGamma(), gamma);
-        QVERIFY(isBase() && isPublished());
-        QCOMPARE(shot(), before);
+        const std::tuple<int, int, int> rows[] = {{500, 0, 0},    {INT_MIN, 0, 0}, // a gamma beyond its limit
+                                                  {200, 4033, 0}, {200, INT_MIN, 0},  // no range
+                                                  {200, 0, 5000}, {200, 0, INT_MIN}}; // no entry
+        for (const auto& [gamma, rangeMin, entry] : rows) {
+            init();
+            m_view->SetBrightness(10);
+            const QImage before = shot();
+            base().Entries[2048] = entry;
+            m_view->StoreRangeMin(rangeMin);
+            m_view->SetGamma(gamma);
+            QCOMPARE(m_view->GetGamma(), gamma);
+            QVERIFY(isBase() && isPublished());
+            QVERIFY(shot() == before);
+        }
     }
 
     void publishes()

@@ -16,7 +16,9 @@ class tst_Session : public QObject
         if (!m_session) {
             m_session = std::make_unique<host::Session>(m_module, chinese);
             connect(m_session.get(), &host::Session::pluginStarted, this,
-                    [this](int code, const QString& text) { m_started = {code, text}; });
+                    [this](int code, const QString& text) {
+                        m_started = {code, text};
+                    });
         }
         host::SimulatedCameraOptions options;
         options.model = model;

@@ -69,35 +69,36 @@ private slots:
     }
 
     // Worked out in another language with its own mathematics library.
-    void Points_data()
-    {
-        QTest::addColumn<Values>("points"); // entries 1, 737 (18 % grey), 2048 and 4094
-        QTest::addColumn<int>("lost");
-        QTest::newRow("lut4_11") << Values{1, 737, 2048, 4094} << 0;
-        QTest::newRow("gamma_0_45") << Values{97, 1893, 2998, 4095} << 1172;
-        QTest::newRow("gamma_0_7") << Values{12, 1233, 2521, 4094} << 534;
-        QTest::newRow("gamma_2_2") << Values{0, 94, 892, 4093} << 1158;
-        QTest::newRow("srgb") << Values{13, 1889, 3012, 4095} << 1176;
-        QTest::newRow("rec709") << Values{5, 1675, 2889, 4095} << 986;
-        QTest::newRow("bt1886_inverse") << Values{128, 2004, 3068, 4095} << 1278;
-        QTest::newRow("cie_lightness") << Values{9, 2027, 3115, 4095} << 1314;
-        QTest::newRow("log") << Values{7, 2052, 3226, 4095} << 1392;
-        QTest::newRow("log_inverse") << Values{0, 149, 734, 4092} << 1392;
-        QTest::newRow("sigmoid") << Values{0, 364, 2048, 4095} << 826;
-        QTest::newRow("inverse") << Values{4094, 3358, 2047, 1} << 0;
-        QTest::newRow("threshold") << Values{0, 0, 4095, 4095} << 4094;
-    }
     void Points()
     {
-        const QString name = QTest::currentDataTag();
-        const LutImage image = Read(kStandardFolder + "/" + name + ".bin");
-        const bool falls = name == "inverse";
-        QTEST(Pick(image, {1, 737, 2048, 4094}), "points");
-        QCOMPARE(Pick(image, {0, 4095}), falls ? (Values{4095, 0}) : (Values{0, 4095}));
-        QVERIFY(falls ? std::is_sorted(std::begin(image.Entries), std::end(image.Entries), std::greater<>())
-                      : std::is_sorted(std::begin(image.Entries), std::end(image.Entries)));
-        QTEST(LostCodes(image), "lost");
-        QVERIFY(!ReadTrailer(image));
+        // Entries 1, 737 (18 % grey), 2048 and 4094, and the outputs that are lost.
+        const std::tuple<const char*, Values, int> rows[] = {
+            {"lut4_11", {1, 737, 2048, 4094}, 0},
+            {"gamma_0_45", {97, 1893, 2998, 4095}, 1172},
+            {"gamma_0_7", {12, 1233, 2521, 4094}, 534},
+            {"gamma_2_2", {0, 94, 892, 4093}, 1158},
+            {"srgb", {13, 1889, 3012, 4095}, 1176},
+            {"rec709", {5, 1675, 2889, 4095}, 986},
+            {"bt1886_inverse", {128, 2004, 3068, 4095}, 1278},
+            {"cie_lightness", {9, 2027, 3115, 4095}, 1314},
+            {"log", {7, 2052, 3226, 4095}, 1392},
+            {"log_inverse", {0, 149, 734, 4092}, 1392},
+            {"sigmoid", {0, 364, 2048, 4095}, 826},
+            {"inverse", {4094, 3358, 2047, 1}, 0},
+            {"threshold", {0, 0, 4095, 4095}, 4094}};
+        for (const auto& [name, points, lost] : rows) {
+            const LutImage image = Read(kStandardFolder + "/" + name + ".bin");
+            const bool falls = image.Entries[0] > 0;
+            QCOMPARE(falls, !strcmp(name, "inverse"));
+            QVERIFY2(Pick(image, {1, 737, 2048, 4094}) == points, name);
+            QCOMPARE(image.Entries[4095], falls ? 0 : 4095);
+            QCOMPARE(image.Entries[0], falls ? 4095 : 0);
+            for (int i = 1; i < kLutEntries; ++i)
+                QVERIFY2(image.Entries[i] == image.Entries[i - 1] ||
+                             (image.Entries[i] < image.Entries[i - 1]) == falls,
+                         name);
+            QVERIFY2(LostCodes(image) == lost && !ReadTrailer(image), name);
+        }
     }
 
     // Each curve's way back, as its standard gives it, leads to within half a code of the input.
