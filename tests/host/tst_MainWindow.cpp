@@ -116,19 +116,6 @@ private slots:
         QVERIFY(!m_window->setScene(m_folder->filePath("nowhere.png")).isEmpty());
     }
 
-    void editorActionFollowsThePlugin()
-    {
-        QAction* editor = action("Show editor");
-        for (const char* message : {"message 1", "message 2"}) {
-            editor->trigger();
-            QCOMPARE(StubPlugin::log().calls.last(), QString(message));
-        }
-        emit m_window->session().pluginMessage(MSG_DIALOG_SHOWN);
-        QVERIFY(editor->isChecked());
-        emit m_window->session().pluginMessage(MSG_DIALOG_HIDDEN); // closed by its frame
-        QVERIFY(!editor->isChecked());
-    }
-
     void viewShowsBeforeAndAfter()
     {
         FrameView view;
