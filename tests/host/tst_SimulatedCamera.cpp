@@ -136,7 +136,7 @@ class tst_SimulatedCamera : public QObject
 private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
 
-    // The lengths that tables have: the round trips of the module and the transcripts.
+    // An odd length; the usual ones are in the module's round trips and the transcripts.
     void registerKeepsItsBytes()
     {
         const int length = 4099;
@@ -224,7 +224,6 @@ private slots:
         }
     }
 
-    // The lock by hand: see the transcripts.
     void streamLocksTheParameters()
     {
         for (const char* model : {"lut", "lut-enable"}) {
