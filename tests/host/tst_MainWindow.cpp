@@ -11,254 +11,205 @@ class tst_MainWindow : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void init();
-    void settingsOutliveTheWindow();
-    void spoiltSettingsAreNoHindrance();
-    void refusedCameraLeavesTheOldOne();
-    void droppedPictureKeepsThePlugin();
-    void editorActionFollowsThePlugin();
-    void keysInTheEditor_data();
-    void keysInTheEditor();
-    void tablesAreSavedWhereOneMayWrite();
-    void viewShowsBeforeAndAfter_data();
-    void viewShowsBeforeAndAfter();
-    void fullScaleShowsEveryPixel();
-    void probeTellsBothCodes();
+    // Of the menus, by its text without the mark of its key.
+    QAction* action(const QString& text) const
+    {
+        for (QAction* candidate : m_window->findChildren<QAction*>()) {
+            if (candidate->text().remove('&') == text)
+                return candidate;
+        }
+        qFatal("there is no action %s", qPrintable(text));
+    }
 
-private:
-    std::unique_ptr<host::MainWindow> makeWindow(const QString& camera = "no-lut");
-    QAction* action(const QString& text);
-    static std::shared_ptr<host::ShownFrame> mappedFrame(int width, int height);
+    // Codes 10 everywhere before, 200 after.
+    static std::shared_ptr<host::ShownFrame> mappedFrame(int width, int height)
+    {
+        auto frame = std::make_shared<host::ShownFrame>();
+        frame->format = host::pixelFormatByName("Mono8");
+        frame->mapped = true;
+        const auto filled = [&](std::uint8_t code) {
+            return host::Frame{frame->format->code, width, height, 0,
+                               std::vector<std::uint8_t>(width * height, code)};
+        };
+        frame->before = filled(10);
+        frame->after = filled(200);
+        return frame;
+    }
 
     const host::PluginModule m_module{[]() -> IPlugin* { return new StubPlugin; },
                                       [](IPlugin* plugin) { delete plugin; }};
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QSettings> m_settings;
     std::unique_ptr<host::MainWindow> m_window;
+
+private slots:
+    void init()
+    {
+        m_window.reset();
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_settings = std::make_unique<QSettings>(m_folder->filePath("settings.ini"), QSettings::IniFormat);
+        StubPlugin::log().calls.clear();
+        m_window = std::make_unique<host::MainWindow>(m_module, false, m_settings.get());
+        host::CameraRequest request;
+        request.camera = "no-lut";
+        request.pixelFormat = "Mono8";
+        m_window->show();
+        QCOMPARE(m_window->openCamera(request), QString());
+    }
+
+    void settingsOutliveTheWindow()
+    {
+        for (const char* text :
+             {"Simulated, LUT with LUTEnable", "1064 bytes: 256 entries", "Split", "Full scale, 1:1", "Dark"})
+            action(text)->trigger();
+        m_window->close();
+        m_window.reset();
+
+        const host::MainWindow next(m_module, false, m_settings.get());
+        QCOMPARE(next.cameraRequest().camera, QString("lut-enable"));
+        QCOMPARE(next.cameraRequest().lutBytes, 1064);
+        const auto* view = next.findChild<FrameView*>();
+        QVERIFY(view->pictureLayout() == FrameView::Layout::Split);
+        QVERIFY(view->zoom() == FrameView::Zoom::FullScale);
+        QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 128);
+    }
+
+    void spoiltSettingsAreNoHindrance()
+    {
+        for (const char* key : {"window/geometry", "window/state", "camera/key", "camera/lutBytes"})
+            m_settings->setValue(key, "1e9 and more");
+        m_settings->setValue("view/layout", 77);
+        const host::MainWindow window(m_module, false, m_settings.get());
+        QVERIFY(window.cameraRequest().camera.isEmpty());
+        QVERIFY(window.findChild<FrameView*>()->pictureLayout() == FrameView::Layout::After);
+    }
+
+    void refusedCameraLeavesTheOldOne()
+    {
+        host::CameraRequest request;
+        request.camera = "lut";
+        request.lutBytes = 1 << 30;
+        QVERIFY(!m_window->openCamera(request).isEmpty());
+        QCOMPARE(m_window->cameraRequest().camera, QString("no-lut"));
+        QVERIFY(m_window->session().camera()->isStreaming());
+        QCOMPARE(StubPlugin::log().calls, QStringList({"create", "init"}));
+    }
+
+    void droppedPictureKeepsThePlugin()
+    {
+        QImage picture(4, 4, QImage::Format_Grayscale8);
+        picture.fill(40);
+        const QString path = m_folder->filePath("grey.png");
+        QVERIFY(picture.save(path));
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_window.get(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_window.get(), &drop);
+
+        const auto frame = m_window->session().firstFrame(std::chrono::seconds(5));
+        QVERIFY(frame);
+        QCOMPARE(host::codeAt(frame->before, 8, 1, 1), 40);
+        QCOMPARE(StubPlugin::log().calls, QStringList({"create", "init"}));
+        QVERIFY(!m_window->setScene(m_folder->filePath("nowhere.png")).isEmpty());
+    }
+
+    void keysInTheEditor()
+    {
+        const struct
+        {
+            const char* focus;
+            Qt::Key key;
+            const char* entry;
+            bool reached;
+        } rows[] = {{"slider", Qt::Key_4, "Split", true},
+                    {"number", Qt::Key_4, "Split", false},
+                    {"list", Qt::Key_4, "Split", false},
+                    {"open list", Qt::Key_4, "Split", false},
+                    {"list", Qt::Key_F4, "Show editor", true}};
+        for (const auto& row : rows) {
+            init();
+            QDialog editor(m_window.get());
+            QSlider slider(&editor);
+            QLineEdit number(&editor);
+            QComboBox list(&editor);
+            list.addItems({"1st", "4th"});
+            editor.show();
+            const QString focus = row.focus;
+            if (focus == "open list")
+                list.showPopup();
+            const QMap<QString, QWidget*> widgets = {
+                {"slider", &slider}, {"number", &number}, {"list", &list}, {"open list", list.view()}};
+            QWidget* widget = widgets[focus];
+            widget->setFocus();
+            QApplication::setActiveWindow(widget->window());
+            QTest::keyClick(widget, row.key);
+            QVERIFY2(action(row.entry)->isChecked() == row.reached, row.focus);
+        }
+    }
+
+    void tablesAreSavedWhereOneMayWrite()
+    {
+        const QString nobodyWritesHere = "/proc/sys";
+        m_settings->setValue("folders/tables", m_folder->path());
+        QString begun;
+        QTimer::singleShot(0, this, [&begun] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            begun = dialog->directory().path();
+            dialog->reject();
+        });
+        QFileDialog::getSaveFileName(nullptr, "Save", nobodyWritesHere, QString(), nullptr,
+                                     QFileDialog::DontUseNativeDialog);
+        QCOMPARE(begun, m_folder->path());
+    }
+
+    void viewShowsBeforeAndAfter()
+    {
+        FrameView view;
+        view.resize(400, 200);
+        for (const bool mapped : {true, false}) {
+            const auto frame = mappedFrame(200, 100);
+            frame->mapped = mapped;
+            view.setFrame(frame);
+            view.setPictureLayout(FrameView::Layout::Split); // also of a picture that stands
+            const QImage image = view.grab().toImage();
+            QCOMPARE(qGray(image.pixel(90, 110)), mapped ? 10 : 200);
+            QCOMPARE(qGray(image.pixel(310, 110)), 200);
+        }
+    }
+
+    void fullScaleShowsEveryPixel()
+    {
+        FrameView view;
+        view.resize(300, 200);
+        const auto frame = mappedFrame(301, 201);
+        for (std::size_t pixel = 0; pixel < frame->after.pixels.size(); ++pixel)
+            frame->after.pixels[pixel] = pixel % 2 ? 255 : 0; // a checkerboard, for the width is odd
+        view.setFrame(frame);
+        view.setZoom(FrameView::Zoom::FullScale);
+        const QImage image = view.grab().toImage();
+        for (int x = 150; x < 160; ++x) {
+            QVERIFY(qGray(image.pixel(x, 150)) == 0 || qGray(image.pixel(x, 150)) == 255);
+            QVERIFY(image.pixel(x, 150) != image.pixel(x + 1, 150));
+        }
+    }
+
+    void probeTellsBothCodes()
+    {
+        FrameView view;
+        view.resize(400, 200);
+        QSignalSpy probed(&view, &FrameView::probed);
+        view.setFrame(mappedFrame(200, 100));
+        QMouseEvent inside(QEvent::MouseMove, QPointF(399, 2), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&view, &inside);
+        QCOMPARE(probed.last().at(0).toString(), QString("(199, 1)  in 10  out 200"));
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(&view, &leave);
+        QCOMPARE(probed.last().at(0).toString(), QString());
+    }
 };
-
-void tst_MainWindow::init()
-{
-    m_window.reset();
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_settings = std::make_unique<QSettings>(m_folder->filePath("settings.ini"), QSettings::IniFormat);
-    StubPlugin::log().calls.clear();
-    m_window = makeWindow();
-}
-
-std::unique_ptr<host::MainWindow> tst_MainWindow::makeWindow(const QString& camera)
-{
-    auto window = std::make_unique<host::MainWindow>(m_module, false, m_settings.get());
-    host::CameraRequest request;
-    request.camera = camera;
-    request.pixelFormat = "Mono8";
-    window->show();
-    const QString error = window->openCamera(request);
-    if (!error.isEmpty())
-        qFatal("%s", qPrintable(error));
-    return window;
-}
-
-// Of the menus, by its text without the mark of its key.
-QAction* tst_MainWindow::action(const QString& text)
-{
-    for (QAction* candidate : m_window->findChildren<QAction*>()) {
-        if (candidate->text().remove('&') == text)
-            return candidate;
-    }
-    qFatal("there is no action %s", qPrintable(text));
-}
-
-void tst_MainWindow::settingsOutliveTheWindow()
-{
-    action("Simulated, LUT with LUTEnable")->trigger();
-    action("1064 bytes: 256 entries")->trigger();
-    action("Split")->trigger();
-    action("Full scale, 1:1")->trigger();
-    action("Dark")->trigger();
-    m_window->close();
-    m_window.reset();
-
-    const host::MainWindow next(m_module, false, m_settings.get());
-    QCOMPARE(next.cameraRequest().camera, QString("lut-enable"));
-    QCOMPARE(next.cameraRequest().lutBytes, 1064);
-    const auto* view = next.findChild<FrameView*>();
-    QVERIFY(view->pictureLayout() == FrameView::Layout::Split);
-    QVERIFY(view->zoom() == FrameView::Zoom::FullScale);
-    QVERIFY(QApplication::palette().color(QPalette::Window).lightness() < 128);
-}
-
-void tst_MainWindow::spoiltSettingsAreNoHindrance()
-{
-    for (const char* key : {"window/geometry", "window/state", "camera/key", "camera/lutBytes"})
-        m_settings->setValue(key, "1e9 and more");
-    m_settings->setValue("view/layout", 77);
-    const host::MainWindow window(m_module, false, m_settings.get());
-    QVERIFY(window.cameraRequest().camera.isEmpty());
-    QVERIFY(window.findChild<FrameView*>()->pictureLayout() == FrameView::Layout::After);
-}
-
-void tst_MainWindow::refusedCameraLeavesTheOldOne()
-{
-    host::CameraRequest request;
-    request.camera = "lut";
-    request.lutBytes = 1 << 30;
-    QVERIFY(!m_window->openCamera(request).isEmpty());
-    QCOMPARE(m_window->cameraRequest().camera, QString("no-lut"));
-    QVERIFY(m_window->session().camera()->isStreaming());
-    QCOMPARE(StubPlugin::log().calls, QStringList({"create", "init"}));
-}
-
-void tst_MainWindow::droppedPictureKeepsThePlugin()
-{
-    QImage picture(4, 4, QImage::Format_Grayscale8);
-    picture.fill(40);
-    const QString path = m_folder->filePath("grey.png");
-    QVERIFY(picture.save(path));
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(path)});
-    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_window.get(), &enter);
-    QVERIFY(enter.isAccepted());
-    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(m_window.get(), &drop);
-
-    const auto frame = m_window->session().firstFrame(std::chrono::seconds(5));
-    QVERIFY(frame);
-    QCOMPARE(host::codeAt(frame->before, 8, 1, 1), 40);
-    QCOMPARE(StubPlugin::log().calls, QStringList({"create", "init"}));
-    QVERIFY(!m_window->setScene(m_folder->filePath("nowhere.png")).isEmpty());
-}
-
-void tst_MainWindow::editorActionFollowsThePlugin()
-{
-    QAction* editor = action("Show editor");
-    editor->trigger();
-    QCOMPARE(StubPlugin::log().calls.last(), QString("message 1"));
-    editor->trigger();
-    QCOMPARE(StubPlugin::log().calls.last(), QString("message 2"));
-    emit m_window->session().pluginMessage(MSG_DIALOG_SHOWN);
-    QVERIFY(editor->isChecked());
-    emit m_window->session().pluginMessage(MSG_DIALOG_HIDDEN); // closed by its frame
-    QVERIFY(!editor->isChecked());
-}
-
-void tst_MainWindow::keysInTheEditor_data()
-{
-    QTest::addColumn<QString>("focus");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<bool>("reached");
-
-    QTest::newRow("slider, view") << "slider" << int(Qt::Key_4) << "Split" << true;
-    QTest::newRow("number, view") << "number" << int(Qt::Key_4) << "Split" << false;
-    QTest::newRow("list, view") << "list" << int(Qt::Key_4) << "Split" << false;
-    QTest::newRow("open list, view") << "open list" << int(Qt::Key_4) << "Split" << false;
-    QTest::newRow("list, editor") << "list" << int(Qt::Key_F4) << "Show editor" << true;
-}
-
-void tst_MainWindow::keysInTheEditor()
-{
-    QFETCH(QString, focus);
-    QFETCH(int, key);
-    QFETCH(QString, entry);
-    QDialog editor(m_window.get());
-    QSlider slider(&editor);
-    QLineEdit number(&editor);
-    QComboBox list(&editor);
-    list.addItems({"1st", "4th"});
-    editor.show();
-    if (focus == "open list")
-        list.showPopup();
-    const QMap<QString, QWidget*> widgets = {
-        {"slider", &slider}, {"number", &number}, {"list", &list}, {"open list", list.view()}};
-    QWidget* widget = widgets.value(focus);
-    widget->setFocus();
-    QApplication::setActiveWindow(widget->window());
-    QTest::keyClick(widget, Qt::Key(key));
-    QTEST(action(entry)->isChecked(), "reached");
-}
-
-void tst_MainWindow::tablesAreSavedWhereOneMayWrite()
-{
-    const QString nobodyWritesHere = "/proc/sys";
-    m_settings->setValue("folders/tables", m_folder->path());
-    QString begun;
-    QTimer::singleShot(0, this, [&begun] {
-        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        begun = dialog->directory().path();
-        dialog->reject();
-    });
-    QFileDialog::getSaveFileName(nullptr, "Save", nobodyWritesHere, QString(), nullptr,
-                                 QFileDialog::DontUseNativeDialog);
-    QCOMPARE(begun, m_folder->path());
-}
-
-// Codes 10 everywhere before, 200 after.
-std::shared_ptr<host::ShownFrame> tst_MainWindow::mappedFrame(int width, int height)
-{
-    auto frame = std::make_shared<host::ShownFrame>();
-    frame->format = host::pixelFormatByName("Mono8");
-    frame->mapped = true;
-    frame->before = {frame->format->code, width, height, 0, std::vector<std::uint8_t>(width * height, 10)};
-    frame->after = {frame->format->code, width, height, 0, std::vector<std::uint8_t>(width * height, 200)};
-    return frame;
-}
-
-void tst_MainWindow::viewShowsBeforeAndAfter_data()
-{
-    QTest::addColumn<bool>("mapped");
-    QTest::addColumn<int>("left");
-    QTest::addColumn<int>("right");
-
-    QTest::newRow("split") << true << 10 << 200;
-    QTest::newRow("split, nothing mapped") << false << 200 << 200;
-}
-
-void tst_MainWindow::viewShowsBeforeAndAfter()
-{
-    QFETCH(bool, mapped);
-    FrameView view;
-    view.resize(400, 200);
-    const auto frame = mappedFrame(200, 100);
-    frame->mapped = mapped;
-    view.setFrame(frame);
-    view.setPictureLayout(FrameView::Layout::Split); // also of a picture that stands
-    const QImage image = view.grab().toImage();
-    QTEST(qGray(image.pixel(90, 110)), "left");
-    QTEST(qGray(image.pixel(310, 110)), "right");
-}
-
-void tst_MainWindow::fullScaleShowsEveryPixel()
-{
-    FrameView view;
-    view.resize(300, 200);
-    const auto frame = mappedFrame(301, 201);
-    for (std::size_t pixel = 0; pixel < frame->after.pixels.size(); ++pixel)
-        frame->after.pixels[pixel] = pixel % 2 ? 255 : 0; // a checkerboard, for the width is odd
-    view.setFrame(frame);
-    view.setZoom(FrameView::Zoom::FullScale);
-    const QImage image = view.grab().toImage();
-    for (int x = 150; x < 160; ++x) {
-        QVERIFY(qGray(image.pixel(x, 150)) == 0 || qGray(image.pixel(x, 150)) == 255);
-        QVERIFY(image.pixel(x, 150) != image.pixel(x + 1, 150));
-    }
-}
-
-void tst_MainWindow::probeTellsBothCodes()
-{
-    FrameView view;
-    view.resize(400, 200);
-    QSignalSpy probed(&view, &FrameView::probed);
-    view.setFrame(mappedFrame(200, 100));
-    QMouseEvent inside(QEvent::MouseMove, QPointF(399, 2), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(&view, &inside);
-    QCOMPARE(probed.last().at(0).toString(), QString("(199, 1)  in 10  out 200"));
-    QEvent leave(QEvent::Leave);
-    QApplication::sendEvent(&view, &leave);
-    QCOMPARE(probed.last().at(0).toString(), QString());
-}
 
 QTEST_MAIN(tst_MainWindow)
 #include "tst_MainWindow.moc"

@@ -11,11 +11,6 @@ struct ToolRun
     int status; // -1: crashed or stuck
     QByteArray out;
     QByteArray err;
-    // One sentence and nothing else.
-    bool complains() const
-    {
-        return err.startsWith("orlune-lut: ") && err.endsWith('\n') && err.count('\n') == 1;
-    }
 };
 
 // A folder that the tool runs in, and the files in it.
@@ -37,9 +32,31 @@ public:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
     }
 
-    ToolRun run(const QStringList& arguments, const QByteArray& in = {}, const QString& outFile = {}) const
+    // The arguments in one line, a blank between them.
+    ToolRun run(const QString& line, const QByteArray& in = {}, const QString& outFile = {}) const
     {
-        return runProgram(ORLUNE_LUT, arguments, in, outFile);
+        return runProgram(ORLUNE_LUT, line.split(' ', Qt::SkipEmptyParts), in, outFile);
+    }
+
+    // Whether the tool does it and has nothing to add.
+    bool works(const QString& line) const { return isRight(line, run(line), 0, ""); }
+
+    // Whether the tool refuses, with one sentence that has these words in it.
+    bool refuses(const QString& line, const char* words, int status = 2) const
+    {
+        return isRight(line, run(line), status, words);
+    }
+
+    static bool isRight(const QString& line, const ToolRun& run, int status, const char* words)
+    {
+        const bool isSentence =
+            run.err.startsWith("orlune-lut: ") && run.err.endsWith('\n') && run.err.count('\n') == 1;
+        const bool right =
+            run.status == status &&
+            (status == 0 ? run.err.isEmpty() : isSentence && run.err.contains(words) && run.out.isEmpty());
+        if (!right)
+            qWarning("%s: %d %s", qPrintable(line), run.status, run.err.constData());
+        return right;
     }
 
     ToolRun runProgram(const QString& program, const QStringList& arguments, const QByteArray& in = {},

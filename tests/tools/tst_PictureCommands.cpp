@@ -2,41 +2,11 @@
 
 #include <QBuffer>
 #include <QImage>
-#include <QImageReader>
 #include <QXmlStreamReader>
 #include <QtTest>
 
 #include "Tables.h"
 #include "ToolProcess.h"
-
-Q_DECLARE_METATYPE(QVector<int>)
-
-// apply and plot with small pictures. inverse.lut gives 4095 - i.
-class tst_PictureCommands : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void init();
-    void apply_data();
-    void apply();
-    void applyInColour_data();
-    void applyInColour();
-    void applyStreams();
-    void applyRefuses_data();
-    void applyRefuses();
-    void folder();
-    void folderAlreadyThere();
-    void folderWithABar();
-    void plotCurves();
-    void plotHistograms();
-    void plotSvg();
-    void plotRefuses_data();
-    void plotRefuses();
-
-private:
-    std::unique_ptr<ToolFolder> m_folder;
-};
 
 namespace {
 
@@ -70,22 +40,6 @@ QByteArray deepGrey(const char* form, const Samples& samples)
     return encoded(image, form);
 }
 
-QByteArray grey(const char* form, const Samples& samples)
-{
-    QImage image(samples.size(), 1, QImage::Format_Grayscale8);
-    std::copy(samples.begin(), samples.end(), image.bits());
-    return encoded(image, form);
-}
-
-QByteArray blackAndWhite()
-{
-    QImage image(2, 1, QImage::Format_Mono);
-    image.setColorTable({0xff000000, 0xffffffff});
-    image.setPixel(0, 0, 0);
-    image.setPixel(1, 0, 1);
-    return encoded(image, "png");
-}
-
 // A TIFF file of one grey pixel a page.
 QByteArray tiffOfPages(int pages)
 {
@@ -103,263 +57,215 @@ QByteArray tiffOfPages(int pages)
     return bytes;
 }
 
+QImage pixelOf(QImage::Format format, const QColor& colour)
+{
+    QImage image(1, 1, format);
+    image.setPixelColor(0, 0, colour);
+    return image;
+}
+
+// The first curve's colour.
+bool hasBlue(const QImage& plot, const QRect& part)
+{
+    const QImage image = plot.copy(part);
+    for (int i = 0; i < part.width() * part.height(); ++i) {
+        const QRgb pixel = image.pixel(i % part.width(), i / part.width());
+        if (qBlue(pixel) > qRed(pixel) + 60)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
-void tst_PictureCommands::init()
+// apply and plot with small pictures. inverse.lut gives 4095 - i.
+class tst_PictureCommands : public QObject
 {
-    m_folder = std::make_unique<ToolFolder>();
-    m_folder->put("inverse.lut", tableOf([](int i) { return 4095 - i; }));
-    m_folder->put("identity.lut", identity());
-}
+    Q_OBJECT
 
-void tst_PictureCommands::apply_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("picture");
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<QByteArray>("expected"); // as a PGM
-    const auto row = [](const char* title, const char* name, const QByteArray& picture,
-                        const QString& options, const QByteArray& expected) {
-        QTest::newRow(title) << name << picture << options.split(' ', Qt::SkipEmptyParts) << expected;
-    };
-    const QByteArray eight = pgm(255, {255, 254, 128, 0});
-    const QByteArray ten = pgm(1023, {1023, 1022, 512, 0});
-    const QByteArray twelve = pgm(4095, {4095, 4094, 2048, 0});
-    const QByteArray sixteen = pgm(65535, {65535, 65519, 32759, 0}); // steps of 65535 / 4095
-    row("PGM of 8 bits", "x.pgm", pgm(255, {0, 1, 127, 255}), "", eight);
-    row("PGM of 10 bits", "x.pgm", pgm(1023, {0, 1, 511, 1023}), "", ten);
-    row("PGM of 16 bits that hold 12", "x.pgm", pgm(65535, {0, 1, 2047, 4095}), "--bits 12", twelve);
-    row("PGM in text", "x.pgm", "P2 # a picture\n4 1\n1023\n0 1\n511#\n1023", "", ten);
-    row("PNG of 12 bits", "x.png", deepGrey("png", {0, 1, 2047, 4095}), "--bits 12", twelve);
-    row("PNG of 16 bits", "x.png", deepGrey("png", {0, 31, 32768, 65535}), "", sixteen);
-    row("TIFF of 12 bits", "x.tif", deepGrey("tiff", {0, 1, 2047, 4095}), "--bits 12", twelve);
-    row("TIFF of one page", "x.tif", tiffOfPages(1), "", pgm(255, {255 - 'I'}));
-    row("single bits", "x.png", blackAndWhite(), "", pgm(255, {255, 0}));
-}
+    std::unique_ptr<ToolFolder> m_folder;
 
-void tst_PictureCommands::apply()
-{
-    QFETCH(QString, name);
-    QFETCH(QByteArray, picture);
-    QFETCH(QStringList, options);
-    QFETCH(QByteArray, expected);
-    m_folder->put(name, picture);
-    const ToolRun result = m_folder->run(QStringList{"apply", "inverse.lut", name, "out.pgm"} + options);
-    QVERIFY2(result.status == 0 && result.err.isEmpty(), result.err);
-    QCOMPARE(m_folder->get("out.pgm"), expected);
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<ToolFolder>();
+        m_folder->put("inverse.lut", tableOf([](int i) { return 4095 - i; }));
+        m_folder->put("identity.lut", identity());
+        for (const char* folder : {"in", "in/d.png", "out"})
+            QDir(m_folder->path("")).mkdir(folder);
+    }
 
-    // Through a file of the picture's own form, too.
-    QVERIFY(m_folder->run(QStringList{"apply", "inverse.lut", name, "out-" + name} + options).status == 0);
-    const int maximum = expected.split('\n').value(2).toInt();
-    const QStringList bits{"--bits", QString::number(maximum == 255    ? 8
-                                                     : maximum == 1023 ? 10
-                                                     : maximum == 4095 ? 12
-                                                                       : 16)};
-    QVERIFY(m_folder->run(QStringList{"apply", "identity.lut", "out-" + name, "again.pgm"} + bits).status ==
-            0);
-    QCOMPARE(m_folder->get("again.pgm"), expected);
-}
-
-void tst_PictureCommands::applyInColour_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QImage>("picture");
-    QTest::addColumn<QImage>("expected");
-    QImage opaque(1, 1, QImage::Format_RGB32), opaqueMapped = opaque;
-    opaque.setPixel(0, 0, qRgb(0, 100, 255));
-    opaqueMapped.setPixel(0, 0, qRgb(255, 155, 0));
-    QImage deep(1, 1, QImage::Format_RGBA64), deepMapped = deep;
-    deep.setPixelColor(0, 0, qRgba64(0, 32768, 65535, 1234));
-    deepMapped.setPixelColor(0, 0, qRgba64(65535, 32759, 0, 1234));
-    QTest::newRow("PNG") << "x.png" << opaque << opaqueMapped;
-    QTest::newRow("deep PNG with alpha") << "x.png" << deep << deepMapped;
-    QTest::newRow("deep TIFF with alpha") << "x.tif" << deep << deepMapped;
-}
-
-void tst_PictureCommands::applyInColour()
-{
-    QFETCH(QString, name);
-    QFETCH(QImage, picture);
-    QFETCH(QImage, expected);
-    QVERIFY(picture.save(m_folder->path(name)));
-    const ToolRun result = m_folder->run({"apply", "inverse.lut", name, name, "--force"});
-    QVERIFY2(result.status == 0, result.err);
-    const QImage mapped(m_folder->path(name));
-    QCOMPARE(mapped.hasAlphaChannel(), expected.hasAlphaChannel());
-    QCOMPARE(mapped.convertToFormat(QImage::Format_RGBA64), expected.convertToFormat(QImage::Format_RGBA64));
-    QVERIFY(m_folder->run({"apply", "inverse.lut", name, "x.pgm"}).complains());
-}
-
-void tst_PictureCommands::applyStreams()
-{
-    const ToolRun mapped = m_folder->run({"apply", "inverse.lut", "-", "-"}, pgm(4095, {0, 1, 4095}));
-    QVERIFY2(mapped.status == 0, mapped.err);
-    QCOMPARE(mapped.out, pgm(4095, {4095, 4094, 0}));
-    m_folder->put("x.pgm", pgm(255, {1}));
-    const ToolRun table = m_folder->run({"apply", "-", "x.pgm", "-"}, m_folder->get("inverse.lut"));
-    QCOMPARE(table.out, pgm(255, {254}));
-    QVERIFY(m_folder->run({"apply", "-", "-", "-"}).complains());
-}
-
-void tst_PictureCommands::applyRefuses_data()
-{
-    QTest::addColumn<QByteArray>("picture");
-    QTest::addColumn<QStringList>("options");
-    QTest::addColumn<QString>("words");
-    const auto row = [](const char* name, const QByteArray& picture, const QString& options,
-                        const char* words) {
-        QTest::newRow(name) << picture << options.split(' ', Qt::SkipEmptyParts) << words;
-    };
-    const QByteArray eight = pgm(255, {1, 2});
-    row("empty", "", "", "PNG, TIFF or PGM");
-    row("a pixel short", eight.chopped(1), "", "ends before");
-    row("text with a pixel too few", "P2 2 2 255 111 222 333", "", "above 255");
-    row("no header", "P5", "", "header");
-    row("unknown depth", "P5 1 1 1000 ab", "", "maximum is 1000");
-    row("endless PGM", "P5 1000000 1000000 255 a", "", "too many");
-    row("endless PNG", deepGrey("png", {1}).replace(16, 8, QByteArray("\0\1\0\0\0\1\0\0", 8)), "",
-        "can't be read");
-    row("PNG cut off", deepGrey("png", {1, 70, 4000}).left(50), "", "can't be read");
-    row("TIFF of two pages", tiffOfPages(2), "", "more than one picture");
-    row("too few bits asked", deepGrey("png", {0, 1024}), "--bits 10", "up to 1024, too large for 10 bits");
-    row("dark or a camera's", deepGrey("png", {0, 4095}), "", "--bits");
-    row("12 asked of 8", eight, "--bits 12", "of 8 bits, not 12");
-}
-
-void tst_PictureCommands::applyRefuses()
-{
-    QFETCH(QByteArray, picture);
-    QFETCH(QStringList, options);
-    QFETCH(QString, words);
-    m_folder->put("x", picture);
-    const ToolRun result = m_folder->run(QStringList{"apply", "inverse.lut", "x", "out.pgm"} + options);
-    QCOMPARE(result.status, 2);
-    QVERIFY2(QString(result.err).contains(words), result.err);
-    QVERIFY(!QFile::exists(m_folder->path("out.pgm")));
-}
-
-// Everything that can be mapped is, whatever lies beside it.
-void tst_PictureCommands::folder()
-{
-    QDir(m_folder->path("")).mkdir("in");
-    m_folder->put("in/a.pgm", pgm(255, {0, 1}));
-    m_folder->put("in/b.png", "no picture");
-    m_folder->put("in/c.PNG", grey("png", {0, 1}));
-    m_folder->put("in/notes.txt", "no picture");
-    QDir(m_folder->path("in")).mkdir("d.png");
-    const ToolRun result = m_folder->run({"apply", "inverse.lut", "in", "made/out"});
-    QCOMPARE(result.status, 2);
-    QVERIFY2(result.complains() && result.err.contains("b.png"), result.err);
-    QCOMPARE(QDir(m_folder->path("made/out")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
-             (QStringList{"a.pgm", "c.PNG"}));
-    QCOMPARE(m_folder->get("made/out/a.pgm"), pgm(255, {255, 254}));
-    QCOMPARE(QImage(m_folder->path("made/out/c.PNG")).pixel(1, 0), qRgb(254, 254, 254));
-}
-
-void tst_PictureCommands::folderAlreadyThere()
-{
-    for (const char* folder : {"in", "out"})
-        QDir(m_folder->path("")).mkdir(folder);
-    m_folder->put("in/a.pgm", pgm(255, {0}));
-    m_folder->put("in/b.pgm", pgm(255, {0}));
-    m_folder->put("out/b.pgm", "old");
-    QVERIFY(m_folder->run({"apply", "inverse.lut", "in", "out"}).complains());
-    QVERIFY(!QFile::exists(m_folder->path("out/a.pgm")));
-    QCOMPARE(m_folder->get("out/b.pgm"), QByteArray("old"));
-    QCOMPARE(m_folder->run({"apply", "inverse.lut", "in", "out", "--force"}).status, 0);
-    QCOMPARE(m_folder->get("out/b.pgm"), pgm(255, {255}));
-}
-
-void tst_PictureCommands::folderWithABar()
-{
-    QDir(m_folder->path("")).mkdir("in");
-    m_folder->put("in/a.pgm", pgm(255, {0}));
-    m_folder->put("in/b.pgm", pgm(255, {0}));
-    const ToolRun result =
-        m_folder->runProgram("script", {"-qec", ORLUNE_LUT " apply inverse.lut in out", "/dev/null"});
-    QCOMPARE(result.status, 0);
-    QVERIFY2(result.out.contains("[####################                    ] 1 of 2"), result.out);
-    QVERIFY2(result.out.endsWith("] 2 of 2\r\x1b[K"), result.out);
-}
-
-// The curve's own colour along the diagonal that it runs on.
-void tst_PictureCommands::plotCurves()
-{
-    const ToolRun result =
-        m_folder->run({"plot", "identity.lut", "inverse.lut", "-o", "-", "--to", "png", "--size", "400x300"});
-    QVERIFY2(result.status == 0 && result.err.isEmpty(), result.err);
-    const QImage plot = QImage::fromData(result.out);
-    QCOMPARE(plot.size(), QSize(400, 300));
-    const auto isBlue = [](QRgb pixel) { return qBlue(pixel) > qRed(pixel) + 60; };
-    int top = 300, bottom = 0;
-    for (int x = 60; x < 280; ++x) {
-        for (int y = 0; y < 300; ++y) {
-            if (isBlue(plot.pixel(x, y))) {
-                top = qMin(top, y);
-                bottom = qMax(bottom, y);
-                QVERIFY2(x < 250 ? y > 30 || x > 200 : true, "blue off the diagonal");
-            }
+    // The picture mapped to a PGM; and to its own form, and from there to a PGM.
+    void apply()
+    {
+        const QByteArray eight = pgm(255, {255, 254, 128, 0});
+        const QByteArray ten = pgm(1023, {1023, 1022, 512, 0});
+        const QByteArray twelve = pgm(4095, {4095, 4094, 2048, 0});
+        const QByteArray sixteen = pgm(65535, {65535, 65519, 32759, 0}); // steps of 65535 / 4095
+        const std::tuple<const char*, QByteArray, const char*, QByteArray, int> rows[] = {
+            {"8.pgm", pgm(255, {0, 1, 127, 255}), "", eight, 8},
+            {"10.pgm", pgm(1023, {0, 1, 511, 1023}), "", ten, 10},
+            {"12in16.pgm", pgm(65535, {0, 1, 2047, 4095}), "--bits 12", twelve, 12},
+            {"text.pgm", "P2 # a picture\n4 1\n1023\n0 1\n511#\n1023", "", ten, 10},
+            {"12.png", deepGrey("png", {0, 1, 2047, 4095}), "--bits 12", twelve, 12},
+            {"16.png", deepGrey("png", {0, 31, 32768, 65535}), "", sixteen, 16},
+            {"12.tif", deepGrey("tiff", {0, 1, 2047, 4095}), "--bits 12", twelve, 12},
+            {"onepage.tif", tiffOfPages(1), "", pgm(255, {255 - 'I'}), 8},
+            {"single bits.png", encoded(QImage::fromData(QByteArray("P4\n2 1\n\x80")), "png"), "",
+             pgm(255, {255, 0}), 8},
+        };
+        for (const auto& [title, picture, options, expected, bits] : rows) {
+            const QString name = QString(title).remove(' ');
+            m_folder->put(name, picture);
+            QVERIFY(m_folder->works(QString("apply inverse.lut %1 1-%1.pgm %2").arg(name, options)));
+            QVERIFY2(m_folder->get("1-" + name + ".pgm") == expected, title);
+            QVERIFY(m_folder->works(QString("apply inverse.lut %1 2-%1 %2").arg(name, options)));
+            const QString back = "apply identity.lut 2-%1 3-%1.pgm --bits %2";
+            QVERIFY(m_folder->works(back.arg(name).arg(bits)));
+            QVERIFY2(m_folder->get("3-" + name + ".pgm") == expected, title);
         }
     }
-    QVERIFY2(top < 60 && bottom > 200, "the curve reaches both ends");
-}
 
-void tst_PictureCommands::plotHistograms()
-{
-    m_folder->put("x.pgm", pgm(255, {10, 10, 10, 200}));
-    QVERIFY(m_folder->run({"plot", "identity.lut", "-o", "with.png", "--image", "x.pgm"}).status == 0);
-    QVERIFY(m_folder->run({"plot", "inverse.lut", "-o", "inverse.png", "--image", "x.pgm"}).status == 0);
-    const QImage with(m_folder->path("with.png")), inverse(m_folder->path("inverse.png"));
-    QCOMPARE(with.size(), QSize(800, 1000));
+    void applyInColour()
+    {
+        const QImage deep = pixelOf(QImage::Format_RGBA64, qRgba64(0, 32768, 65535, 1234));
+        const QImage deepMapped = pixelOf(QImage::Format_RGBA64, qRgba64(65535, 32759, 0, 1234));
+        const std::tuple<const char*, QImage, QImage> rows[] = {
+            {"opaque.png", pixelOf(QImage::Format_RGB32, qRgb(0, 100, 255)),
+             pixelOf(QImage::Format_RGB32, qRgb(255, 155, 0))},
+            {"deep.png", deep, deepMapped},
+            {"deep.tif", deep, deepMapped}};
+        for (const auto& [name, picture, expected] : rows) {
+            QVERIFY(picture.save(m_folder->path(name)));
+            QVERIFY(m_folder->works(QString("apply inverse.lut %1 %1 --force").arg(name)));
+            const QImage mapped(m_folder->path(name));
+            QCOMPARE(mapped.hasAlphaChannel(), expected.hasAlphaChannel());
+            constexpr auto kDeep = QImage::Format_RGBA64;
+            QVERIFY2(mapped.convertToFormat(kDeep) == expected.convertToFormat(kDeep), name);
+            QVERIFY(m_folder->refuses(QString("apply inverse.lut %1 x.pgm").arg(name), "grey only"));
+        }
+    }
+
+    void applyStreams()
+    {
+        const ToolRun mapped = m_folder->run("apply inverse.lut - -", pgm(4095, {0, 1, 4095}));
+        QVERIFY2(mapped.status == 0, mapped.err);
+        QCOMPARE(mapped.out, pgm(4095, {4095, 4094, 0}));
+        m_folder->put("x.pgm", pgm(255, {1}));
+        QCOMPARE(m_folder->run("apply - x.pgm -", m_folder->get("inverse.lut")).out, pgm(255, {254}));
+        QVERIFY(m_folder->refuses("apply - - -", "standard input"));
+    }
+
+    void applyRefuses()
+    {
+        const QByteArray eight = pgm(255, {1, 2});
+        const QByteArray hugePng = deepGrey("png", {1}).replace(16, 8, QByteArray("\0\1\0\0\0\1\0\0", 8));
+        const std::tuple<QByteArray, const char*, const char*> rows[] = {
+            {"", "", "PNG, TIFF or PGM"},
+            {eight.chopped(1), "", "ends before"},
+            {"P2 2 2 255 111 222 333", "", "above 255"}, // a pixel too few: 111222333 is none
+            {"P5", "", "header"},
+            {"P5 1 1 1000 ab", "", "maximum is 1000"},
+            {"P5 1000000 1000000 255 a", "", "too many"},
+            {hugePng, "", "can't be read"},
+            {deepGrey("png", {1, 70, 4000}).left(50), "", "can't be read"},
+            {tiffOfPages(2), "", "more than one picture"},
+            {deepGrey("png", {0, 1024}), "--bits 10", "up to 1024, too large for 10 bits"},
+            {deepGrey("png", {0, 4095}), "", "--bits"}, // dark or a camera's
+            {eight, "--bits 12", "of 8 bits, not 12"}};
+        for (const auto& [picture, options, words] : rows) {
+            m_folder->put("x", picture);
+            const ToolRun result = m_folder->run(QString("apply inverse.lut x out.pgm ") + options);
+            QCOMPARE(result.status, 2);
+            QVERIFY2(result.err.contains(words), result.err); // libpng may have added a line
+            QVERIFY(!QFile::exists(m_folder->path("out.pgm")));
+        }
+    }
+
+    // Everything that can be mapped is, whatever lies beside it.
+    void folder()
+    {
+        m_folder->put("in/a.pgm", pgm(255, {0, 1}));
+        m_folder->put("in/b.png", "no picture");
+        m_folder->put("in/c.PNG", encoded(pixelOf(QImage::Format_Grayscale8, qRgb(1, 1, 1)), "png"));
+        m_folder->put("in/notes.txt", "no picture");
+        QVERIFY(m_folder->refuses("apply inverse.lut in made/out", "b.png"));
+        QCOMPARE(QDir(m_folder->path("made/out")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 (QStringList{"a.pgm", "c.PNG"}));
+        QCOMPARE(m_folder->get("made/out/a.pgm"), pgm(255, {255, 254}));
+        QCOMPARE(QImage(m_folder->path("made/out/c.PNG")).pixel(0, 0), qRgb(254, 254, 254));
+    }
+
+    void folderAlreadyThere()
+    {
+        m_folder->put("in/a.pgm", pgm(255, {0}));
+        m_folder->put("in/b.pgm", pgm(255, {0}));
+        m_folder->put("out/b.pgm", "old");
+        QVERIFY(m_folder->refuses("apply inverse.lut in out", "--force"));
+        QVERIFY(!QFile::exists(m_folder->path("out/a.pgm")));
+        QCOMPARE(m_folder->get("out/b.pgm"), QByteArray("old"));
+        const ToolRun result = m_folder->runProgram(
+            "script", {"-qec", ORLUNE_LUT " apply inverse.lut in out --force", "/dev/null"});
+        QCOMPARE(result.status, 0);
+        QCOMPARE(m_folder->get("out/b.pgm"), pgm(255, {255}));
+        QVERIFY2(result.out.contains("[####################                    ] 1 of 2"), result.out);
+        QVERIFY2(result.out.endsWith("] 2 of 2\r\x1b[K"), result.out);
+    }
+
+    // The identity rises from the left, at the bottom, to the right.
+    void plotCurves()
+    {
+        const ToolRun result = m_folder->run("plot identity.lut inverse.lut -o - --to png --size 400x300");
+        QVERIFY2(result.status == 0 && result.err.isEmpty(), result.err);
+        const QImage plot = QImage::fromData(result.out);
+        QCOMPARE(plot.size(), QSize(400, 300));
+        QVERIFY(hasBlue(plot, {60, 200, 100, 100}));
+        QVERIFY(hasBlue(plot, {180, 0, 100, 60}));
+        QVERIFY(!hasBlue(plot, {60, 0, 100, 60}));
+    }
+
     // The lower half shows the mapped samples where the table puts them: left, or right.
-    const auto blueColumns = [](const QImage& plot, int from, int to) {
-        int count = 0;
-        for (int x = from; x < to; ++x) {
-            const QRgb pixel = plot.pixel(x, 600);
-            count += qBlue(pixel) > qRed(pixel) + 60;
+    void plotHistograms()
+    {
+        m_folder->put("x.pgm", pgm(255, {10, 10, 10, 200}));
+        for (const bool falls : {false, true}) {
+            const QString table = falls ? "inverse" : "identity";
+            QVERIFY(m_folder->works(QString("plot %1.lut -o %1.png --image x.pgm").arg(table)));
+            const QImage plot(m_folder->path(table + ".png"));
+            QCOMPARE(plot.size(), QSize(800, 1000));
+            QCOMPARE(hasBlue(plot, {80, 600, 220, 1}), !falls);
+            QCOMPARE(hasBlue(plot, {400, 600, 200, 1}), falls);
         }
-        return count;
-    };
-    QVERIFY(blueColumns(with, 80, 300) > 0 && blueColumns(with, 400, 600) == 0);
-    QVERIFY(blueColumns(inverse, 80, 300) == 0 && blueColumns(inverse, 400, 600) > 0);
-}
-
-void tst_PictureCommands::plotSvg()
-{
-    m_folder->put("a & b.csv", QByteArray("7\n").repeated(4096));
-    QCOMPARE(m_folder->run({"plot", "a & b.csv", "-o", "x.svg"}).status, 0);
-    QXmlStreamReader xml(m_folder->get("x.svg"));
-    QString text;
-    while (!xml.atEnd()) {
-        xml.readNext();
-        text += xml.text();
     }
-    QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
-    QVERIFY(text.contains("a & b.csv"));
-}
 
-void tst_PictureCommands::plotRefuses_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    const auto row = [](const char* name, const QString& arguments) {
-        QTest::newRow(name) << arguments.split(' ');
-    };
-    row("another form", "identity.lut -o out.jpg");
-    row("size too small", "identity.lut -o out.png --size 199x600");
-    row("no picture", "identity.lut -o out.png --image identity.lut");
-    row("output exists", "identity.lut -o old.png");
-    row("too many curves", QString("identity.lut ").repeated(29) + "-o out.png");
-}
+    void plotSvg()
+    {
+        m_folder->put("a & b.csv", QByteArray("7\n").repeated(4096));
+        QCOMPARE(m_folder->runProgram(ORLUNE_LUT, {"plot", "a & b.csv", "-o", "x.svg"}).status, 0);
+        QXmlStreamReader xml(m_folder->get("x.svg"));
+        QString text;
+        for (; !xml.atEnd(); xml.readNext())
+            text += xml.text();
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        QVERIFY(text.contains("a & b.csv"));
+    }
 
-void tst_PictureCommands::plotRefuses()
-{
-    QFETCH(QStringList, arguments);
-    m_folder->put("old.png", "old");
-    const ToolRun result = m_folder->run(QStringList("plot") + arguments);
-    QVERIFY2(result.status == 2 && result.complains(), result.err);
-    QVERIFY(!QFile::exists(m_folder->path("out.png")));
-    QCOMPARE(m_folder->get("old.png"), QByteArray("old"));
-}
+    void plotRefuses()
+    {
+        m_folder->put("old.png", "old");
+        const std::pair<QString, const char*> rows[] = {
+            {"-o out.jpg", "png or svg"},
+            {"-o out.png --size 199x600", "200"},
+            {"-o out.png --image identity.lut", "identity.lut"},
+            {"-o old.png", "--force"},
+            {QString("identity.lut ").repeated(28) + "-o out.png", "curves"}};
+        for (const auto& [options, words] : rows) {
+            QVERIFY2(m_folder->refuses("plot identity.lut " + options, words), words);
+            QVERIFY(!QFile::exists(m_folder->path("out.png")));
+            QCOMPARE(m_folder->get("old.png"), QByteArray("old"));
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_PictureCommands)
 #include "tst_PictureCommands.moc"
