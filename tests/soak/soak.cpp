@@ -80,7 +80,7 @@ void use(const char* what, int count, const std::function<void(int)>& step)
     std::vector<double> early, late;
     early.reserve(std::size_t(tenth) + 1);
     late.reserve(std::size_t(tenth) + 1);
-    Holdings warm{};
+    Holdings warm = holdings();
     for (int i = 0; i < count; ++i) {
         if (i == tenth) {
             settle();
@@ -188,6 +188,7 @@ void sourceSwitches(int count)
         takeSource(*rig.editor, i % 5);
         surprises += rig.editor->takeBoxes().size() != int(fails) || !rig.bracketsAreClosed();
         rig.editor->takeMessages();
+        rig.editor->fileDialogs.clear();
     });
     if (surprises != 0)
         complain(what, QString("%1 switches did not end as they should").arg(surprises));
