@@ -136,6 +136,7 @@ void OrluneDlg::Destroy()
     RemoteNodeMap = nullptr;
     blockSignals(true);
     hide();
+    setParent(nullptr); // which the host may delete from here on
 }
 
 OrluneDlg::Operation::~Operation()

@@ -52,8 +52,8 @@ public:
     // Releases the curve view's tables. The last call before Destroy.
     void Uninit();
     // Deletes the dialog. While a box is open or the host handles a message, the dialog only goes out of
-    // sight, leaves the camera alone and is deleted when its operation is over; Uninit then does nothing
-    // either.
+    // sight, leaves camera and parent alone and is deleted when its operation is over; Uninit then does
+    // nothing either.
     void Destroy();
 
     // The newest complete table, for a frame; null entries before Init and after Uninit. Any thread.

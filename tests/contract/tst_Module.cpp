@@ -266,9 +266,11 @@ private slots:
         WorkingDirectory directory;
         ModuleHost host(camera.get());
         host.show();
+        const QPointer<QDialog> dialog = host.dialog;
         const auto leave = [&] {
             host.end();
             camera.reset();
+            host.parent.reset();
             host.messages.clear();
         };
         if (moment == 0) {
@@ -284,7 +286,7 @@ private slots:
         QVERIFY(host.boxes.size() <= int(moment == 0));
         QCOMPARE(host.messages, QVector<int>());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(!host.parent->findChild<QDialog*>());
+        QVERIFY(!dialog);
     }
 
     void handlerThatRunsEvents_data()
