@@ -1,10 +1,9 @@
 // Typed access to the camera's GenICam nodes, by name. Every operation looks its node up anew, makes one call
 // on it and turns each failure into a code of lut/ResultCodes.h:
 //
-//   kNodeMissing       no node of that name, or it is of another type (an enumeration of another type: see
-//   below) kInvalidParameter  a null argument, a register without room for a table or too long to be one, no
-//   memory, or a
-//                      node that is to be an enumeration and is of another type
+//   kNodeMissing       no node of that name, or one of another type (but see below)
+//   kInvalidParameter  a null argument, a register without room for a table or too long to be one, no memory,
+//                      or a node that is to be an enumeration and is of another type
 //   kReported          the camera layer threw; the text went to ShowNodeFailure unless showMessage was false
 //
 // A failed operation leaves its out argument as it was. No exception leaves this class.

@@ -4,10 +4,10 @@
 // By the register's length L, with N = (L - 40) / 4 and S = 16384 / (L - 40) in integer division:
 //   full image     N = 4096      the image, byte for byte
 //   table only     L / 4 = 4096  the 4096 entries; the trailer does not reach the camera
-//   reduced image  any other L   N entries, entry i being table entry i * S shifted right by 2
-//   (arithmetically);
+//   reduced image  any other L   N entries, entry i being table entry i * S shifted right by 2;
 //                                the trailer in the last 40 bytes
-// A length that is no multiple of 4 and belongs to one of the first two rows moves min(L, 16424) bytes.
+// Shifts are arithmetic. A length that is no multiple of 4 and belongs to one of the first two rows moves
+// min(L, 16424) bytes.
 #ifndef ORLUNE_LUT_REGISTERIMAGE_H
 #define ORLUNE_LUT_REGISTERIMAGE_H
 

@@ -1,8 +1,7 @@
 // What a camera's LUT register means to the camera. By the register's length L:
 //   L / 4 = 4096 or (L - 40) / 4 = 4096   4096 entries of 12-bit outputs
-//   any other L above 43                  N = (L - 40) / 4 entries of 10-bit outputs; the last 40 bytes
-//   belong
-//                                         to whoever wrote the table
+//   any other L above 43                  N = (L - 40) / 4 entries of 10-bit outputs;
+//                                         the last 40 bytes belong to whoever wrote the table
 //   L up to 43                            no table
 // Entries are 32-bit, little-endian, from offset 0. The input is scaled to the entries: input v selects entry
 // v * N / 4096, rounded down. An entry below 0 or above its depth counts as the nearest value inside.
