@@ -4,7 +4,6 @@
 
 #include <QObject>
 
-class QFileDialog;
 class QSettings;
 
 namespace host {
