@@ -95,6 +95,7 @@ OrluneDlg::~OrluneDlg()
 
 void OrluneDlg::SetOemIcon()
 {
+    const FileNamesAsBefore encoding;
     const QPixmap logo(QCoreApplication::applicationDirPath() +
                        QLatin1String("/resource/oem/images/logo.png"));
     if (!logo.isNull())

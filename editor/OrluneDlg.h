@@ -167,6 +167,8 @@ private:
 
     // Files
     QString FileDialogDirectory() const;
+    QString AskForFile(const QString& filter) const; // empty when cancelled
+    QString AskForSaveFile() const;                  // likewise
     int ReadLutFile(const QString& path);
     int ReadBaseLutFile(const QString& path);
     int ReadCsvFile(const QString& path);

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 
 #include "lut/LutFiles.h"
+#include "lut/PlainString.h"
 #include "lut/ResultCodes.h"
 
 using namespace orlune;
@@ -14,6 +15,19 @@ using namespace orlune;
 QString OrluneDlg::FileDialogDirectory() const
 {
     return QCoreApplication::applicationDirPath() + QLatin1String("/resource/lqplugins/LookUpTable/Lut12/");
+}
+
+QString OrluneDlg::AskForFile(const QString& filter) const
+{
+    const FileNamesAsBefore encoding;
+    return QFileDialog::getOpenFileName(nullptr, tr("Open File"), FileDialogDirectory(), filter);
+}
+
+QString OrluneDlg::AskForSaveFile() const
+{
+    const FileNamesAsBefore encoding;
+    return QFileDialog::getSaveFileName(nullptr, tr("Save Lut"), FileDialogDirectory(),
+                                        tr("Lut file (*.lut);;csv file (*.csv)"));
 }
 
 int OrluneDlg::ReadLutFile(const QString& path)
@@ -46,8 +60,7 @@ int OrluneDlg::WriteCsvFile(const QString& path)
 void OrluneDlg::on_objSaveLutButton_clicked()
 {
     const Operation running(*this);
-    const QString path = QFileDialog::getSaveFileName(nullptr, tr("Save Lut"), FileDialogDirectory(),
-                                                      tr("Lut file (*.lut);;csv file (*.csv)"));
+    const QString path = AskForSaveFile();
     if (path.isEmpty())
         return;
     const QString suffix = QFileInfo(path).completeSuffix();

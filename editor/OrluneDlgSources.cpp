@@ -4,7 +4,7 @@
 
 #include <QComboBox>
 #include <QFile>
-#include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QRadioButton>
 #include <QSignalBlocker>
@@ -119,8 +119,7 @@ int OrluneDlg::LoadDeviceSource()
 
 int OrluneDlg::LoadLutFileSource()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(nullptr, tr("Open File"), FileDialogDirectory(), tr("Lut file (*.lut)"));
+    const QString path = AskForFile(tr("Lut file (*.lut)"));
     if (path.isEmpty())
         return kReported;
     const int code = ReadLutFile(path);
@@ -134,8 +133,7 @@ int OrluneDlg::LoadLutFileSource()
 
 int OrluneDlg::LoadCsvSource()
 {
-    const QString path =
-        QFileDialog::getOpenFileName(nullptr, tr("Open File"), FileDialogDirectory(), tr("csv file (*.csv)"));
+    const QString path = AskForFile(tr("csv file (*.csv)"));
     if (path.isEmpty())
         return kReported;
     const int code = ReadCsvFile(path);
@@ -161,6 +159,7 @@ int OrluneDlg::LoadStandardCatalogue()
 
 bool OrluneDlg::StandardFileExists(const QString& name) const
 {
+    const FileNamesAsBefore encoding;
     const auto found = StandardLutMap.constFind(name);
     return found != StandardLutMap.constEnd() && QFile::exists(*found);
 }

@@ -5,6 +5,7 @@
 #include <QSaveFile>
 #include <QTextStream>
 
+#include "lut/PlainString.h"
 #include "lut/ResultCodes.h"
 
 namespace orlune {
@@ -14,6 +15,7 @@ namespace {
 // Asking before opening: to open a pipe without a writer blocks.
 bool OpenToRead(QFile& file)
 {
+    const FileNamesAsBefore encoding;
     return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
 }
 
@@ -30,6 +32,7 @@ qint64 ReadImage(QFile& file, LutImage& image)
 
 bool WriteWhole(const QString& path, const char* bytes, qint64 size)
 {
+    const FileNamesAsBefore encoding;
     const QFileInfo old(path);
     if (old.exists() && !old.isFile())
         return false;

@@ -3,10 +3,13 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "lut/PlainString.h"
+
 namespace orlune {
 
 QVector<StandardCurve> ScanStandardCatalogue(const QString& directory, const QString& suffix)
 {
+    const FileNamesAsBefore encoding;
     QDir dir(directory);
     dir.setFilter(QDir::Files | QDir::Hidden);
     QVector<StandardCurve> curves;

@@ -178,8 +178,8 @@ void OrlunePlugin::LoadLanguage(int nLanguageId)
 void OrlunePlugin::LoadTranslator(const QString& strPath)
 {
     QTextCodec* codec = QTextCodec::codecForName("GB2312");
-    QTextCodec::setCodecForLocale(codec);
     orlune::SetPlainStringCodec(codec);
+    QTextCodec::setCodecForLocale(codec);
     const QString empty = QLatin1String("");
     if (m_objTranslator.load(strPath, empty, empty, empty))
         QCoreApplication::installTranslator(&m_objTranslator);

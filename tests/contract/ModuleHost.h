@@ -86,7 +86,7 @@ public:
 
 private:
     QString m_before;
-    QTemporaryDir m_directory;
+    QTemporaryDir m_directory{QDir::tempPath() + QString::fromUtf8("/é 表-XXXXXX")};
 };
 
 class ModuleHost : public QObject
@@ -98,7 +98,6 @@ public:
                         GenApi_3_0::INodeMap* deviceInfo = nullptr)
     {
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // Chinese sets another
         m_library.setFileName(QStringLiteral(ORLUNE_MODULE));
         m_library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
         auto create = CreatePluginObjectFunction(m_library.resolve("CreatePluginObject"));
@@ -118,6 +117,7 @@ public:
     {
         end();
         m_library.unload();
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // Chinese sets another
     }
 
     void end()
@@ -219,14 +219,14 @@ public:
     void take(int source, const QString& file = {})
     {
         if (!file.isEmpty() && (source == LutFile || source == Csv))
-            fileAnswers << QDir::current().filePath(file);
+            fileAnswers << m_directory.filePath(file);
         click(kRadios[source]);
     }
     // Gives what the file got.
     QByteArray save(const QString& file = "saved.lut")
     {
         QFile::remove(file);
-        fileAnswers << QDir::current().filePath(file);
+        fileAnswers << m_directory.filePath(file);
         click("objSaveLutButton");
         return WorkingDirectory::read(file);
     }
@@ -297,6 +297,7 @@ private slots:
     }
 
 private:
+    const QDir m_directory = QDir::current(); // before a language is set
     QLibrary m_library;
     DestoryPluginObjectFunction m_destroy = nullptr;
     PluginInitParam m_param{};
