@@ -31,8 +31,7 @@ std::string ToPlainString(const QString& text)
     return (s_codec ? s_codec->fromUnicode(text) : text.toLatin1()).toStdString();
 }
 
-FileNamesAsBefore::FileNamesAsBefore()
-    : m_changed(s_codec && QTextCodec::codecForLocale() == s_codec)
+FileNamesAsBefore::FileNamesAsBefore() : m_changed(s_codec && QTextCodec::codecForLocale() == s_codec)
 {
     if (m_changed)
         QTextCodec::setCodecForLocale(s_fileNameCodec);
