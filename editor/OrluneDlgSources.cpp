@@ -16,6 +16,18 @@
 
 using namespace orlune;
 
+namespace {
+
+// A name too long for its place is whole in the tool tip.
+void ShowFileName(QLabel& label, const QString& path)
+{
+    const QString name = QFileInfo(path).fileName();
+    label.setText(name);
+    label.setToolTip(QLatin1String("<p style='white-space:pre'>") + name.toHtmlEscaped());
+}
+
+} // namespace
+
 void OrluneDlg::SlotRadioButtonGroupSwitched()
 {
     const Operation running(*this);
@@ -127,7 +139,7 @@ int OrluneDlg::LoadLutFileSource()
         return code;
     PlotterWidget->RefreshCurve();
     RestoreFromTrailer();
-    LutFileNameLabel->setText(QFileInfo(path).fileName());
+    ShowFileName(*LutFileNameLabel, path);
     return ApplyLoadedLut();
 }
 
@@ -141,7 +153,7 @@ int OrluneDlg::LoadCsvSource()
         return code;
     ResetParams(kDefaultStandardName);
     PlotterWidget->RefreshCurve();
-    CsvFileNameLabel->setText(QFileInfo(path).fileName());
+    ShowFileName(*CsvFileNameLabel, path);
     return ApplyLoadedLut();
 }
 
