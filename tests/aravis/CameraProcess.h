@@ -54,7 +54,7 @@ public:
     // The camera's memory, past all of the protocol.
     QByteArray memory(int address, int length)
     {
-        m_process.write(QStringLiteral("read %1 %2\n").arg(address).arg(length).toLatin1());
+        m_process.write(QStringLiteral("%1 %2\n").arg(address).arg(length).toLatin1());
         return QByteArray::fromHex(line());
     }
 
