@@ -9,7 +9,6 @@
 // and ends with the input. Addresses are decimal.
 #include <atomic>
 #include <chrono>
-#include <cstring>
 #include <iostream>
 #include <thread>
 
@@ -75,19 +74,14 @@ private:
 void fillFrame(ArvBuffer* buffer, void*, guint32, guint32, ArvPixelFormat format)
 {
     std::size_t size = 0;
-    auto* const data = static_cast<unsigned char*>(const_cast<void*>(arv_buffer_get_data(buffer, &size)));
+    void* const data = const_cast<void*>(arv_buffer_get_data(buffer, &size));
     const int width = arv_buffer_get_image_width(buffer);
-    const int height = arv_buffer_get_image_height(buffer);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            const int i = y * width + x;
-            if (format == ARV_PIXEL_FORMAT_MONO_8) {
-                data[i] = static_cast<unsigned char>(x + 3 * y);
-            } else {
-                const auto word = static_cast<guint16>(x == 0 ? 0xFFFF : (x + 3 * y) & 0xFFF);
-                std::memcpy(data + 2 * i, &word, 2);
-            }
-        }
+    for (int i = 0; i < width * arv_buffer_get_image_height(buffer); ++i) {
+        const int x = i % width, code = x + 3 * (i / width);
+        if (format == ARV_PIXEL_FORMAT_MONO_8)
+            static_cast<guint8*>(data)[i] = guint8(code);
+        else
+            static_cast<guint16*>(data)[i] = x == 0 ? 0xFFFF : guint16(code & 0xFFF);
     }
 }
 

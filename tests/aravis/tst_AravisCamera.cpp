@@ -1,5 +1,5 @@
 // The adapter over Aravis, through the GigE Vision protocol: nodes, streams, and a camera that goes. Tables
-// byte by byte and a camera that goes in a write are seen with the module, frames with the viewer.
+// and frames byte by byte, and a camera that goes in a write, are seen with the viewer.
 #include <atomic>
 
 #include "CameraProcess.h"
@@ -174,6 +174,24 @@ private slots:
             QCOMPARE(m_camera->reconnect(), QString());
             QCOMPARE(locked(), 1);
         }
+    }
+
+    void framesFlowWhileTablesAreWritten()
+    {
+        OPEN_OR_SKIP("enable=1", "rate=60");
+        std::atomic<quint64> frames{0}, wrong{0};
+        m_camera->setFrameSink([&](host::Frame& frame) { wrong += frame.number != frames++; });
+        for (int run = 0; run < 2; ++run) {
+            frames = 0; // each stream numbers them anew
+            QCOMPARE(m_camera->startStream(), QString());
+            QTRY_VERIFY(m_camera->pokeRegister(QByteArray(16424, '\1')).isEmpty() && frames >= 10);
+            m_camera->stopStream();
+            const quint64 stopped = frames;
+            QTest::qWait(50);
+            QCOMPARE(frames, stopped);
+            QCOMPARE(m_camera->lostFrames(), 0u);
+        }
+        QCOMPARE(wrong, 0u);
     }
 
     // The camera of this test sends nothing twice.

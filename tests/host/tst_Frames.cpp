@@ -12,8 +12,12 @@ class tst_Frames : public QObject
 {
     Q_OBJECT
 
-    // Empty, with m_error set, when there is no such source.
-    Raw read(const QString& what, QSize size, const char* format, std::uint64_t number = 0)
+    // A picture of the folder; empty, with m_error set, when there is no such source.
+    Raw read(const QString& file, QSize size, const char* format, std::uint64_t number = 0)
+    {
+        return readScene(m_folder.path(file), size, format, number);
+    }
+    Raw readScene(const QString& what, QSize size, const char* format, std::uint64_t number = 0)
     {
         const host::PixelFormat* pixelFormat = host::pixelFormatByName(QString::fromLatin1(format));
         const auto source = FrameSource::open(what, size, *pixelFormat, &m_error, &m_warnings);
@@ -49,10 +53,11 @@ private slots:
     // Their pictures are in the transcripts.
     void scenes()
     {
-        QCOMPARE(read("ramp", QSize(1, 1), "BayerRG12"), (Raw{0}));
+        QCOMPARE(readScene("ramp", QSize(1, 1), "BayerRG12"), (Raw{0}));
         const QSize size(161, 120);
-        const Raw frame = read("chart", size, "BayerRG8", 7), next = read("chart", size, "BayerRG8", 8);
-        QCOMPARE(frame, read("chart", size, "BayerRG8", 7));
+        const Raw frame = readScene("chart", size, "BayerRG8", 7),
+                  next = readScene("chart", size, "BayerRG8", 8);
+        QCOMPARE(frame, readScene("chart", size, "BayerRG8", 7));
         QVERIFY(frame != next);
         for (std::size_t i = 0; i < frame.size(); ++i) // noise, not another picture
             QVERIFY(frame[i] <= 4095 && std::abs(frame[i] - next[i]) <= 31);
@@ -63,12 +68,9 @@ private slots:
         QImage picture(3, 3, QImage::Format_RGB32);
         picture.fill(qRgb(16, 32, 48));
         QVERIFY(picture.save(m_folder.path("p.png")));
-        QCOMPARE(read(m_folder.path("p.png"), kOwnSize, "BayerRG8"),
-                 (Raw{256, 512, 256, 512, 768, 512, 256, 512, 256}));
-        QCOMPARE(read(m_folder.path("p.png"), kOwnSize, "BayerGB12"),
-                 (Raw{512, 768, 512, 256, 512, 256, 512, 768, 512}));
-        QCOMPARE(read(m_folder.path("p.png"), kOwnSize, "Mono12"),
-                 Raw(9, 464)); // 0.30, 0.59 and 0.11 of the three
+        QCOMPARE(read("p.png", kOwnSize, "BayerRG8"), (Raw{256, 512, 256, 512, 768, 512, 256, 512, 256}));
+        QCOMPARE(read("p.png", kOwnSize, "BayerGB12"), (Raw{512, 768, 512, 256, 512, 256, 512, 768, 512}));
+        QCOMPARE(read("p.png", kOwnSize, "Mono12"), Raw(9, 464)); // 0.30, 0.59 and 0.11 of the three
     }
 
     void pictureKeepsItsLeadingBits()
@@ -82,12 +84,11 @@ private slots:
         m_folder.put("12.pgm", "P5\n# by hand\n2 1\n4095\n\x01\x23\x0f\xff");
         m_folder.put("10.pgm", QByteArray("P5 2 1 1023\n\x01\x02\x04\x00", 16)); // a value above its maximum
         m_folder.put("8.pgm", "P5 2 2 255\n\x01\x02\x03\x04");
-        QCOMPARE(read(m_folder.path("p.png"), kOwnSize, "Mono12"), (Raw{0x120, 0xff0}));
-        QCOMPARE(read(m_folder.path("p.tiff"), kOwnSize, "Mono12"), (Raw{0x123, 0xfff}));
-        QCOMPARE(read(m_folder.path("12.pgm"), kOwnSize, "Mono12"), (Raw{0x123, 0xfff}));
-        QCOMPARE(read(m_folder.path("10.pgm"), kOwnSize, "Mono12"), (Raw{0x408, 0xffc}));
-        QCOMPARE(read(m_folder.path("8.pgm"), QSize(4, 2), "Mono8"),
-                 (Raw{16, 16, 32, 32, 48, 48, 64, 64})); // stretched
+        QCOMPARE(read("p.png", kOwnSize, "Mono12"), (Raw{0x120, 0xff0}));
+        QCOMPARE(read("p.tiff", kOwnSize, "Mono12"), (Raw{0x123, 0xfff}));
+        QCOMPARE(read("12.pgm", kOwnSize, "Mono12"), (Raw{0x123, 0xfff}));
+        QCOMPARE(read("10.pgm", kOwnSize, "Mono12"), (Raw{0x408, 0xffc}));
+        QCOMPARE(read("8.pgm", QSize(4, 2), "Mono8"), (Raw{16, 16, 32, 32, 48, 48, 64, 64})); // stretched
     }
 
     void folderIsShownInTurn()
@@ -96,12 +97,11 @@ private slots:
         m_folder.put("turn/a.pgm", "P5 2 1 255\n\x01\x01");
         m_folder.put("turn/b.png", "no picture");
         m_folder.put("turn/d.txt", "not even by name");
-        QCOMPARE(read(m_folder.path("turn"), kOwnSize, "Mono8", 0), (Raw{16, 16}));
+        QCOMPARE(read("turn", kOwnSize, "Mono8", 0), (Raw{16, 16}));
         QCOMPARE(m_warnings.size(), 1);
         QVERIFY(m_warnings.first().contains("b.png"));
-        QCOMPARE(read(m_folder.path("turn"), kOwnSize, "Mono8", 1),
-                 (Raw{48, 48})); // at the size of the first
-        QCOMPARE(read(m_folder.path("turn"), kOwnSize, "Mono8", 2), (Raw{16, 16}));
+        QCOMPARE(read("turn", kOwnSize, "Mono8", 1), (Raw{48, 48})); // at the size of the first
+        QCOMPARE(read("turn", kOwnSize, "Mono8", 2), (Raw{16, 16}));
     }
 
     void badSourceIsRefused()
@@ -118,11 +118,10 @@ private slots:
             {"cut off.png", png.left(40), kOwnSize, "cut off.png"},
             {"p.pgm", dot, QSize(8193, 1), "8193"},
             {"p.pgm", dot, QSize(1, -1), "-1"}};
-        QVERIFY(read(m_folder.path("missing.png"), kOwnSize, "Mono8").empty() &&
-                m_error.contains("missing.png"));
+        QVERIFY(read("missing.png", kOwnSize, "Mono8").empty() && m_error.contains("missing.png"));
         for (const auto& [file, bytes, size, mentions] : rows) {
             m_folder.put(file, bytes);
-            QVERIFY2(read(m_folder.path(file), size, "Mono8").empty(), file);
+            QVERIFY2(read(file, size, "Mono8").empty(), file);
             QVERIFY2(m_error.contains(mentions) && m_error.endsWith('.'), qPrintable(m_error));
         }
     }

@@ -13,7 +13,7 @@ const struct
     {"sources", ORLUNE_SHIPPED_SCRIPTS "/sources.txt", ""},
     {"sources-chinese", ORLUNE_SHIPPED_SCRIPTS "/sources.txt", "--language zh"},
     {"faults", ORLUNE_SHIPPED_SCRIPTS "/faults.txt", ""},
-    {"registers", ORLUNE_TEST_SCRIPTS "/registers.txt", ""},
+    {"registers", ORLUNE_TEST_SCRIPTS "/registers.txt", "--pixel-format Mono8"},
     {"chinese", ORLUNE_TEST_SCRIPTS "/chinese.txt", "--camera no-lut --pixel-format BayerRG10 --language zh"},
 };
 
