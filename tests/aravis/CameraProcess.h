@@ -2,9 +2,6 @@
 #ifndef ORLUNE_TESTS_ARAVIS_CAMERAPROCESS_H
 #define ORLUNE_TESTS_ARAVIS_CAMERAPROCESS_H
 
-#include <csignal>
-#include <thread>
-
 #include <QtTest>
 
 #include "OwnNetwork.h"
@@ -43,18 +40,10 @@ public:
         if (!m_process.waitForFinished(2000))
             kill();
     }
-    std::thread killSoon(int milliseconds) const
-    {
-        return std::thread([=, pid = pid_t(m_process.processId())] {
-            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-            ::kill(pid, SIGKILL);
-        });
-    }
-
     // The camera's memory, past all of the protocol.
     QByteArray memory(int address, int length)
     {
-        m_process.write(QStringLiteral("read %1 %2\n").arg(address).arg(length).toLatin1());
+        m_process.write(QStringLiteral("%1 %2\n").arg(address).arg(length).toLatin1());
         return QByteArray::fromHex(line());
     }
 

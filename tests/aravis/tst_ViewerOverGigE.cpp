@@ -1,61 +1,122 @@
 // The built viewer on a camera behind the GigE Vision protocol.
 #include "CameraProcess.h"
+#include "host/TestFolder.h"
 
 class tst_ViewerOverGigE : public QObject
 {
     Q_OBJECT
 
-private slots:
-    // The same events in the same order, and the same bytes in the register.
-    void scriptIsAsOnTheSimulatedCamera()
+    TestFolder::Run run(const QString& camera, const QByteArray& script, const QString& options = {}) const
     {
-        START_OR_SKIP(m_process);
-        write("session.txt", "show\nset objGammaSlider 220\ntype objLutRangeMaxEdit 3000\nregister one.bin\n"
-                             "click objWriteLutButton\nset objContrastSlider -40\n"
-                             "click objDeviceLutRadioButton\nget objGammaLineEdit\nget objContrastLineEdit\n"
-                             "register two.bin\nstream off\nset objGammaSlider 90\nregister three.bin\n"
-                             "plugin\nhide\n");
-        QStringList transcripts;
-        QVector<QByteArray> registers;
-        for (const char* camera : {"lut", "aravis:127.0.0.1"}) {
-            const Result result = run({ORLUNE_HOST, "--camera", camera, "--script", "session.txt"});
-            QVERIFY2(result.exitCode == 0, qPrintable(result.error));
-            transcripts += result.out;
-            registers += take("one.bin") + take("two.bin") + take("three.bin");
-        }
-        QCOMPARE(registers[0].size(), 3 * 16424);
-        QCOMPARE(registers[1], registers[0]);
-        QCOMPARE(transcripts[1], transcripts[0]);
-        QCOMPARE(m_process.memory(CameraProcess::kLut, 16424), registers[0].right(16424));
+        m_folder.put("script.txt", script);
+        return m_folder.run(ORLUNE_HOST, "--script script.txt --camera " + camera + ' ' + options);
     }
 
-    void lostCameraInAScript()
+    const QString m_real = "aravis:127.0.0.1";
+    const TestFolder m_folder;
+    CameraProcess m_process;
+
+private slots:
+    // The same events in the same order, and after each step the same bytes in the register.
+    void scriptIsAsOnTheSimulatedCamera()
+    {
+        const QByteArray steps[] = {"type objGammaLineEdit 230",
+                                    "type objLutRangeMaxEdit 3000",
+                                    "set objContrastSlider -7",
+                                    "click objWriteLutButton",
+                                    "click objInitLutRadioButton",
+                                    "set objStandardComboBox srgb",
+                                    "click objDeviceLutRadioButton",
+                                    "type objBrightnessLineEdit 20",
+                                    "click objDefaultRadioButton",
+                                    "stream off",
+                                    "type objContrastLineEdit -40",
+                                    "poke first.bin",
+                                    "plugin",
+                                    "click objDeviceLutRadioButton"};
+        QByteArray script = "show\ntype objGammaLineEdit 190\nregister first.bin\n";
+        for (const QByteArray& step : steps)
+            script += step + "\nregister last.bin\nget objGammaLineEdit\nget objLutRangeMaxEdit\n";
+        for (const QString bytes : {"16424", "16384", "4136"}) {
+            for (const QString model : {"lut", "lut-enable"}) {
+                const bool enable = model == "lut-enable";
+                START_OR_SKIP(m_process, "lut=" + bytes, QString("enable=%1").arg(int(enable)));
+                const auto wanted = run(model, script, "--lut-bytes " + bytes);
+                const QByteArray table = m_folder.get("last.bin");
+                const auto result = run(m_real, script);
+                QVERIFY2(result.exitCode == 0, qPrintable(result.error));
+                QCOMPARE(result.out.split('\n'), wanted.out.split('\n'));
+                QCOMPARE(m_process.memory(CameraProcess::kLut, bytes.toInt()), table);
+                QCOMPARE(m_process.memory(CameraProcess::kLutEnable, 4).back(), char(enable));
+                QCOMPARE(m_process.memory(CameraProcess::kUserSetDefault, 4).back(), '\1');
+            }
+        }
+    }
+
+    // The plug-in maps those of the camera without LUT, with the identity.
+    void framesAreExact()
+    {
+        for (const bool wide : {false, true}) {
+            START_OR_SKIP(m_process, wide ? "lut=16424" : "lut=0");
+            QByteArray sent = wide ? "P5\n300 100\n4095\n" : "P5\n300 100\n255\n";
+            for (int i = 0; i < 300 * 100; ++i) {
+                const int x = i % 300, code = wide && x == 0 ? 4095 : x + 3 * (i / 300);
+                if (wide)
+                    sent += char(code >> 8);
+                sent += char(code);
+            }
+            const QString format = wide ? "Mono12" : "Mono8";
+            const auto result = run(m_real, "frame f.pgm\n", "--size 300x100 --pixel-format " + format);
+            QVERIFY2(result.out.contains(format + " 300 x 100, " + (wide ? "not mapped" : "mapped")),
+                     qPrintable(result.out + result.error));
+            QCOMPARE(m_folder.get("f.pgm"), sent);
+        }
+    }
+
+    void cameraGoesAndComesBack()
     {
         START_OR_SKIP(m_process);
-        write("lost.txt",
-              "show\nwait 400\nset objGammaSlider 150\nset objGammaSlider 160\nreconnect\nhide\n");
+        QByteArray script = "show\nget OrluneDlg\nset objContrastSlider 20\n";
+        for (int gamma = 101; gamma <= 400; ++gamma)
+            script += "set objGammaSlider " + QByteArray::number(gamma) + '\n';
+        m_folder.put("script.txt", script + "get objGammaSlider\nreconnect\nwait 6000\nreconnect\n"
+                                            "set objGammaSlider 250\nregister back.bin\nhide\n");
         QProcess viewer;
         viewer.setWorkingDirectory(m_folder.path());
-        viewer.start(ORLUNE_HOST, {"--camera", "aravis:127.0.0.1", "--script", "lost.txt"});
+        viewer.start(ORLUNE_HOST, {"--camera", m_real, "--script", "script.txt"});
         QByteArray out;
-        while (!out.contains("> wait") && viewer.waitForReadyRead(10000))
-            out += viewer.readAllStandardOutput();
-        m_process.kill();
+        const auto readUntil = [&](const char* line) {
+            while (!out.contains(line) && viewer.waitForReadyRead(20000))
+                out += viewer.readAllStandardOutput();
+        };
+        readUntil("Slider 110\n");
+        m_process.kill(); // most likely in a write
+        readUntil("> wait");
+        QVERIFY(m_process.start());
         QVERIFY(viewer.waitForFinished(40000));
         out += viewer.readAllStandardOutput();
         QCOMPARE(viewer.exitCode(), 0);
-        QVERIFY2(out.contains("box \"Error\" \"[LUTValueAll] camera lost\""), out);
-        QVERIFY2(out.contains("box \"Error\" \"[TLParamsLocked] camera lost\""), out);
-        QVERIFY2(out.contains("camera lost \"The camera Aravis Fake T1 at 127.0.0.1 is lost"), out);
-        QVERIFY2(out.contains("not reconnected: \""), out);
+        const int gone = out.mid(out.lastIndexOf("> set ", out.indexOf("box")) + 21, 3).toInt();
+        const QByteArray kept = "  objGammaSlider " + QByteArray::number(gone - 1) + " enabled visible\n";
+        // Only one access waits for the transport, and the editor shows what the camera has got.
+        for (const QByteArray& line : {QByteArray("\"Orlune  Aravis Fake T1 at 127.0.0.1\""), kept,
+                                       QByteArray("> set objGammaSlider 400\n  box \"Error\" "
+                                                  "\"[TLParamsLocked] camera lost\""),
+                                       QByteArray("camera lost \"The camera Aravis Fake T1 at 127.0.0.1 is"),
+                                       QByteArray("not reconnected: \""), QByteArray("  reconnected\n")})
+            QVERIFY2(out.contains(line), line + out);
+        QVERIFY2(out.count("timeout") <= 1, out);
+        // The camera has the whole state that the window shows: gamma, brightness, contrast.
+        const QByteArray table = m_folder.get("back.bin");
+        QCOMPARE(table.mid(16388, 12), QByteArray("\xfa\0\0\0\0\0\0\0\x14\0\0\0", 12));
+        QCOMPARE(m_process.memory(CameraProcess::kLut, 16424), table);
     }
 
     void noCamera()
     {
         START_OR_SKIP(m_process);
         m_process.end();
-        write("quit.txt", "quit\n");
-        const Result result = run({ORLUNE_HOST, "--camera", "aravis:127.0.0.1", "--script", "quit.txt"});
+        const auto result = run(m_real, "quit\n");
         QCOMPARE(result.exitCode, 1);
         QVERIFY2(result.error.contains("orlune-host: No camera answers at 127.0.0.1."),
                  qPrintable(result.error));
@@ -66,54 +127,16 @@ private slots:
         if (!kOwnNetwork)
             QSKIP("a search asks every network, and this system allows none of the test's own");
         m_process.end();
-        const Result nothing = run({ORLUNE_HOST, "--list"});
-        QVERIFY2(nothing.out.contains("lut-enable ") && nothing.out.contains("No real camera was found."),
-                 qPrintable(nothing.out + nothing.error));
+        const QString nothing = m_folder.run(ORLUNE_HOST, "--list").out;
+        QVERIFY2(nothing.contains("lut-enable ") && nothing.contains("No real camera was found."),
+                 qPrintable(nothing));
         START_OR_SKIP(m_process);
-        const Result one = run({ORLUNE_HOST, "--list"});
-        QVERIFY2(one.out.contains("aravis:127.0.0.1 ") && one.out.contains("Aravis Fake T1"),
-                 qPrintable(one.out + one.error));
-        QVERIFY(!one.out.contains("No real camera"));
-
-        write("quit.txt", "quit\n");
-        const Result unknown = run({ORLUNE_HOST, "--camera", "aravis:Nobody", "--script", "quit.txt"});
-        QVERIFY2(unknown.error.contains("No camera of the name \"Nobody\""), qPrintable(unknown.error));
+        const QString one = m_folder.run(ORLUNE_HOST, "--list").out;
+        QVERIFY2(one.contains("aravis:127.0.0.1 ") && one.contains("Aravis Fake T1"), qPrintable(one));
+        QVERIFY(!one.contains("No real camera"));
+        const QString unknown = run("aravis:Nobody", "quit\n").error;
+        QVERIFY2(unknown.contains("No camera of the name \"Nobody\""), qPrintable(unknown));
     }
-
-private:
-    struct Result
-    {
-        int exitCode;
-        QString out;
-        QString error;
-    };
-    Result run(const QStringList& command)
-    {
-        QProcess process;
-        process.setWorkingDirectory(m_folder.path());
-        process.start(command.first(), command.mid(1));
-        if (!process.waitForFinished(40000))
-            return {-1, {}, process.errorString()};
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
-    }
-
-    void write(const QString& name, const QByteArray& text)
-    {
-        QFile file(m_folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
-    }
-
-    QByteArray take(const QString& name)
-    {
-        QFile file(m_folder.filePath(name));
-        const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        file.remove();
-        return bytes;
-    }
-
-    QTemporaryDir m_folder;
-    CameraProcess m_process;
 };
 
 QTEST_GUILESS_MAIN(tst_ViewerOverGigE)

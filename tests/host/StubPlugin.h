@@ -32,13 +32,6 @@ public:
     StubPlugin() { log().calls += "create"; }
     ~StubPlugin() override { log().calls += "destroy"; }
 
-    void say(PluginMsgType type)
-    {
-        PLUGIN_MSG message{};
-        message.type = type;
-        emit SigPluginMsg(message);
-    }
-
     void SlotProcessDemoMsg(const PLUGIN_MSG& message) override
     {
         log().calls += QString("message %1").arg(message.type);

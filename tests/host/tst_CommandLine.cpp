@@ -1,6 +1,9 @@
+// Texts that go into the viewer and come out: the command line, the transcript. What is refused, and the
+// scripts, are seen in tst_Viewer.
 #include <QtTest>
 
 #include "host/app/CommandLine.h"
+#include "host/app/Transcript.h"
 
 using Outcome = host::ParsedCommandLine::Outcome;
 
@@ -32,30 +35,17 @@ private slots:
         QCOMPARE(options.scriptFile, QString("/start/s.txt"));
         QCOMPARE(parse("--frames ramp").options.camera.frames, QString("ramp"));
         QVERIFY(parse("--help --camera lut2").outcome == Outcome::Help);
-        QVERIFY(parse("--version").outcome == Outcome::Version);
-        QVERIFY(parse("--list").outcome == Outcome::List);
-        const auto real = parse("--camera aravis:10.0.0.9 --pixel-format Mono12 --size 64x48");
-        QVERIFY2(real.outcome == Outcome::Run, qPrintable(real.text));
-        QCOMPARE(real.options.camera.camera, QString("aravis:10.0.0.9"));
     }
 
-    void wrongInputIsNamed()
+    void transcriptKeepsOneLineAnEvent()
     {
-        const std::pair<const char*, const char*> rows[] = {
-            {"--colour", "colour"},
-            {"--camera lut2", "lut2"},
-            {"--camera aravis:", "aravis:"},
-            {"--camera aravis:10.0.0.9 --frames ramp", "--frames"},
-            {"--camera aravis:10.0.0.9 --state s", "--state"},
-            {"--lut-bytes 4k", "--lut-bytes"},
-            {"--lut-bytes=-1", "--lut-bytes"},
-            {"--size 8193x10", "--size"},
-            {"--size 64x48x3", "--size"}};
-        for (const auto& [arguments, named] : rows) {
-            const host::ParsedCommandLine parsed = parse(arguments);
-            QVERIFY2(parsed.outcome == Outcome::Wrong, arguments);
-            QVERIFY2(parsed.text.contains(named), qPrintable(parsed.text));
-        }
+        QBuffer out;
+        out.open(QIODevice::WriteOnly);
+        host::Transcript transcript(out, QDir("/start"));
+        transcript.event("/start/a.png, /starts/a.png");
+        transcript.event("box " + host::Transcript::quoted(QString::fromUtf8("a \"b\"\\\nГ")));
+        QCOMPARE(QString::fromUtf8(out.data()),
+                 QString::fromUtf8("  a.png, /starts/a.png\n  box \"a \\\"b\\\"\\\\\\nГ\"\n"));
     }
 };
 
