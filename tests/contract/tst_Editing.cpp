@@ -206,6 +206,8 @@ private slots:
     {
         for (const Kind& kind : kKinds) {
             FakeCamera camera(kind.hasEnable, kind.hasRegister);
+            if (kind.hasEnable)
+                camera.any("LUTEnable").mode = GenApi_3_0::NA; // as a camera may say for now
             WorkingDirectory directory;
             ModuleHost host(&camera);
             QCOMPARE(camera.log,
@@ -220,6 +222,8 @@ private slots:
             QCOMPARE(
                 host.find<QPushButton>("objWriteLutButton").toolTip(),
                 QString("This operation will save the user sets and set the UserSetDefault to UserSet0!"));
+            host.wheel("objGammaSlider", {0, 120});
+            QCOMPARE(camera.log.contains("LUTEnable.SetTrue+verify"), kind.hasEnable);
         }
     }
 

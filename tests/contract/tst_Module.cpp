@@ -15,33 +15,55 @@ QByteArray outputOf(const QString& program, const QStringList& arguments)
     return process.readAllStandardOutput();
 }
 
+using Act = void (*)(ModuleHost&);
+const Act step = [](ModuleHost& e) { e.wheel("objGammaSlider", {0, 120}); };
+const Act load = [](ModuleHost& e) { e.take(Device); };
+const Act store = [](ModuleHost& e) { e.click("objWriteLutButton"); };
+
 // What a host may leave in the middle of.
-void takeStep(ModuleHost& e)
-{
-    e.wheel("objGammaSlider", {0, 120});
-}
-void takeDevice(ModuleHost& e)
-{
-    e.take(Device);
-}
 const struct
 {
     const char* name;
     int moment; // a message, or 0 for a box or file dialog
-    void (*act)(ModuleHost&);
+    Act act;
 } kMoments[] = {
-    {"box of a step", 0, takeStep},
+    {"box of a step", 0, step},
     {"box of a rejected value", 0, [](ModuleHost& e) { e.type("objLutRangeMinEdit", "4090"); }},
-    {"box of a source", 0, takeDevice},
-    {"box of a store", 0, [](ModuleHost& e) { e.click("objWriteLutButton"); }},
+    {"box of a source", 0, load},
+    {"box of a store", 0, store},
     {"file dialog of a source", 0, [](ModuleHost& e) { e.take(LutFile); }},
     {"file dialog of a save", 0, [](ModuleHost& e) { e.click("objSaveLutButton"); }},
-    {"start of a step's access", MSG_DEVICE_ACCESS_BEGIN, takeStep},
-    {"end of a step's access", MSG_DEVICE_ACCESS_END, takeStep},
-    {"start of a source's access", MSG_DEVICE_ACCESS_BEGIN, takeDevice},
-    {"end of a source's access", MSG_DEVICE_ACCESS_END, takeDevice},
+    {"start of a step's access", MSG_DEVICE_ACCESS_BEGIN, step},
+    {"end of a step's access", MSG_DEVICE_ACCESS_END, step},
+    {"start of a source's access", MSG_DEVICE_ACCESS_BEGIN, load},
+    {"end of a source's access", MSG_DEVICE_ACCESS_END, load},
     {"hidden", MSG_DIALOG_HIDDEN, [](ModuleHost& e) { e.dialog->close(); }},
     {"shown", MSG_DIALOG_SHOWN, [](ModuleHost& e) { e.send(MSG_HIDE_DIALOG), e.send(MSG_SHOW_DIALOG); }},
+};
+
+// The order of what passes between editor and camera.
+const QString kSet = "LUTValueAll.Set+verify", kGet = "LUTValueAll.Get";
+const QString kAsked = "TLParamsLocked.GetValue", kOn = "LUTEnable.SetTrue+verify";
+const QString kSelected = "UserSetSelector.GetIntValue", kSelect = "UserSetSelector.SetIntValue+verify";
+const QString kLoad = "UserSetLoad.Execute+verify", kSave = "UserSetSave.Execute+verify";
+const QString kInvalid = "Error|Invalid parameter! ";
+const QString kStart = "UserSetDefault.SetIntValue+verify";
+const struct
+{
+    const char* name;
+    Act act;
+    QString camera;    // e: LUTEnable, l: locked, s: the user set is selected
+    const char* fails; // a node
+    QStringList log;
+} kTransfers[] = {
+    {"write", step, "l", nullptr, {kAsked, "begin", kSet, "end"}},
+    {"write fails", step, "l", "LUTValueAll", {kAsked, "begin", "box", "end"}},
+    {"read", load, "", nullptr, {kAsked, kSelected, kSelect, kLoad, kGet}},
+    {"read, locked", load, "ls", nullptr, {kAsked, "begin", kSelected, kLoad, "end", kGet}},
+    {"read, enable", load, "es", nullptr, {kAsked, kSelected, kLoad, kOn, kGet}},
+    {"load fails", load, "ls", "UserSetLoad", {kAsked, "begin", kSelected, kLoad, "box", "end"}},
+    {"store", store, "", nullptr, {kSelected, kSelect, kSave, kStart}},
+    {"store fails", store, "s", "UserSetSave", {kSelected, kSave, "box"}},
 };
 
 } // namespace
@@ -254,6 +276,40 @@ private slots:
         library.unload();
     }
 
+    void transfers_data() { addRows(kTransfers); }
+
+    void transfers()
+    {
+        const auto& row = currentRow(kTransfers);
+        Session host(kKinds[row.camera.contains('e')]);
+        host.camera.node<FakeCamera::Integer>("TLParamsLocked").value = row.camera.contains('l');
+        host.camera.node<FakeCamera::Enumeration>("UserSetSelector").value = row.camera.contains('s');
+        if (row.fails)
+            host.failure(row.fails) = FakeCamera::Failure::Camera;
+        host.onCode = [&](int code) {
+            host.camera.log << (code == MSG_DEVICE_ACCESS_BEGIN ? "begin" : "end");
+        };
+        host.whileBoxOpen = [&] { host.camera.log << "box"; };
+        row.act(host);
+        QCOMPARE(host.camera.log, row.log);
+    }
+
+    // Only a register that a table may be in is written and read.
+    void registerLengths()
+    {
+        constexpr qint64 most = 64 * 1024 * 1024;
+        const qint64 lengths[] = {41, 44, 16427, most, 0, 40, most + 1, qint64(1) << 62};
+        for (const qint64 length : lengths) {
+            const bool isTable = length > 40 && length <= most;
+            Session host;
+            host.camera.node<FakeCamera::Register>("LUTValueAll").claimedLength = length;
+            step(host);
+            load(host);
+            QCOMPARE(host.camera.log.filter("LUTValueAll").size(), isTable ? 2 : 0);
+            QCOMPARE(host.boxes, isTable ? QStringList() : QStringList({kInvalid, kInvalid}));
+        }
+    }
+
     void hostLeaves_data() { addRows(kMoments); }
 
     // A host ends the plug-in while one of its operations runs: the camera is gone, say, and a box tells the
@@ -307,7 +363,10 @@ private slots:
         Session host;
         auto& locked = host.camera.node<FakeCamera::Integer>("TLParamsLocked");
         const auto act = [&](int source, const char* slider) {
-            source < 0 ? host.wheel(slider, {0, 120}) : host.click(kRadios[source]);
+            if (source < 0)
+                host.wheel(slider, {0, 120});
+            else
+                host.click(kRadios[source]);
         };
         locked.value = 1;
         host.onCode = [&](int code) {
