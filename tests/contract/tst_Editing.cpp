@@ -170,21 +170,16 @@ private slots:
         Session host;
         auto& slider = host.find<QSlider>("objBrightnessSlider"); // its handle is in the middle
         QTest::mousePress(&slider, Qt::LeftButton, {}, slider.rect().center());
-        QCOMPARE(slider.value(), 0);
-        int last = 0;
         int steps = 0;
         for (int x = slider.width() / 2; x < slider.width(); x += 3) {
-            QMouseEvent move(QEvent::MouseMove, QPointF(x, 10), Qt::LeftButton, Qt::LeftButton,
-                             Qt::NoModifier);
+            const int last = slider.value();
+            QMouseEvent move(QEvent::MouseMove, {double(x), 10}, Qt::LeftButton, Qt::LeftButton, {});
             QCoreApplication::sendEvent(&slider, &move);
             QVERIFY(slider.value() >= last);
-            steps += slider.value() != last;
-            last = slider.value();
-            QCOMPARE(host.text("objBrightnessLineEdit"), QString::number(last));
+            steps += slider.value() > last;
+            QCOMPARE(host.text("objBrightnessLineEdit"), QString::number(slider.value()));
         }
-        QTest::mouseRelease(&slider, Qt::LeftButton);
-        QCOMPARE(last, 150);
-        QVERIFY(steps > 5);
+        QVERIFY(slider.value() == 150 && steps > 5);
         QCOMPARE(host.writes(), steps); // every step is written, none twice
         QCOMPARE(entry(host, 3000), 4061);
     }
@@ -213,12 +208,9 @@ private slots:
             QCOMPARE(camera.log,
                      kind.hasRegister ? QStringList{"LUTSelector.SetIntValue+verify"} : QStringList());
             QCOMPARE(host.settings(), QString("100 0 0 0 4095"));
-            QVERIFY(host.find<QRadioButton>(kRadios[Default]).isChecked());
             auto& combo = host.find<QComboBox>("objStandardComboBox");
             QVERIFY(!combo.isEnabled() && combo.count() == 2 && !combo.itemData(0).isValid());
             QCOMPARE(combo.itemText(0) + ' ' + combo.itemText(1), QString("lut4_11 negative"));
-            QCOMPARE(host.enabled(kRadios[Device]), kind.hasRegister);
-            QCOMPARE(host.enabled("objWriteLutButton"), kind.hasRegister);
             QCOMPARE(
                 host.find<QPushButton>("objWriteLutButton").toolTip(),
                 QString("This operation will save the user sets and set the UserSetDefault to UserSet0!"));

