@@ -17,7 +17,7 @@ else()
 endif()
 
 # What users get makes an overrun that slipped through stop the program rather than run somebody's code.
-# tests/contract/tst_Hardening reads it back from the programs.
+# tests/contract/tst_Module reads it back from the programs.
 if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT WIN32)
     add_compile_options(-fstack-protector-strong -fstack-clash-protection -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
     if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")

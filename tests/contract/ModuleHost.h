@@ -207,13 +207,14 @@ public:
     {
         QTest::mouseClick(&find<QAbstractButton>(button), Qt::LeftButton, {}, {6, 8});
     }
-    void wheel(const char* name, QPoint angle)
+    bool wheel(const char* name, QPoint angle)
     {
         QWidget& widget = find<QWidget>(name);
         const QPointF centre = widget.rect().center();
         QWheelEvent event(centre, widget.mapToGlobal(centre.toPoint()), {}, angle, Qt::NoButton,
                           Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&widget, &event);
+        return event.isAccepted();
     }
     // With a file of the working directory where the source needs one; none cancels.
     void take(int source, const QString& file = {})

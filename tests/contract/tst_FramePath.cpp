@@ -86,17 +86,8 @@ private slots:
         refuse("no input", kMono8, 2, 2, false);
         refuse("no output", kMono8, 2, 2, true, false);
         QCOMPARE(host.plugin->ProcessFrame(nullptr, nullptr, 1, nullptr), -3);
-    }
-
-    void leavesFramesOfLutCameras()
-    {
-        for (const Kind* kind : {&kKinds[0], &kKinds[1]}) {
-            Session host(*kind);
-            std::uint8_t processed = 0;
-            QCOMPARE(process(*host.plugin, 0, nullptr, nullptr, 0, 0, &processed), 0);
-            QCOMPARE(host.plugin->ProcessFrame(nullptr, nullptr, 1, nullptr), 0);
-            QCOMPARE(processed, std::uint8_t(0));
-        }
+        for (int kind = 0; kind < 2; ++kind) // a camera with a table maps its frames by itself
+            QCOMPARE(Session(kKinds[kind]).plugin->ProcessFrame(nullptr, nullptr, 1, nullptr), 0);
     }
 
     // Frames come from two threads while every source and control is used. Each frame has to be mapped by a

@@ -136,52 +136,40 @@ private slots:
         QVERIFY(engine > 0);
     }
 
-    void road_data() { addRows(m_roads); }
-
-    void road()
+    // Without its transfer a road ends as on a register without a length, which tst_FaultMatrix has.
+    void roads()
     {
-        const Road& row = currentRow(m_roads);
-        if (!m_rig) {
-            m_rig = std::make_unique<Rig>(kCameras[1]);
-            m_rig->startAndLearn();
-        }
-        Rig& rig = *m_rig;
+        Rig rig(kCameras[1]);
+        rig.startAndLearn();
         ModuleHost& editor = *rig.editor;
         const int alive = g_alive;
-        int requests = 0;
-        for (int refused = -1; refused < requests; ++refused) {
-            row.prepareRig(rig);
-            const Rig::Seen before = rig.look();
-            const QByteArray tableBefore = rig.table();
-            watch(refused, [&] { row.act(editor); });
-            QVERIFY(rig.bracketsAreClosed());
-            QCOMPARE(g_alive, alive);
-            if (refused == -1) {
-                requests = g_asked;
-                QCOMPARE(editor.takeBoxes(), QStringList());
-                continue;
-            }
-            if (g_refusedBytes == kRegisterBytes) {
-                QCOMPARE(editor.takeBoxes(), kNoTransfer);
-                QCOMPARE(rig.difference(row.failed == Road::Default ? rig.started : before), QString());
-                QVERIFY(row.loads || rig.table() == tableBefore);
+        for (const Road& road : makeRoads()) {
+            int requests = 0;
+            for (int refused = -1; refused < requests; ++refused) {
+                road.prepareRig(rig);
+                watch(refused, [&] { road.act(editor); });
+                QCOMPARE(g_alive, alive);
+                QVERIFY2(rig.bracketsAreClosed(), road.name);
+                QCOMPARE(editor.takeBoxes(), g_refusedBytes == kRegisterBytes ? kNoTransfer : QStringList());
+                if (refused == -1) {
+                    requests = g_asked;
+                    continue;
+                }
                 step(editor);
-                QVERIFY(rig.table() ==
-                        (row.failed == Road::Default ? rig.startedAndStepped : rig.preparedAndStepped));
+                QCOMPARE(editor.takeBoxes(), QStringList());
+                QCOMPARE(rig.contradiction(), QString());
+                QVERIFY2(rig.savedTable() == rig.table(), road.name);
             }
-            step(editor);
-            QCOMPARE(editor.takeBoxes(), QStringList());
-            QCOMPARE(rig.contradiction(), QString());
-            QVERIFY(rig.savedTable() == rig.table());
+            QVERIFY2(requests > 0 || road.failed == Road::Kept, road.name);
         }
-        QVERIFY(requests > 0 || row.failed == Road::Kept);
     }
 
     void frame()
     {
-        m_rig.reset();
         Rig rig(kCameras[kNoLut]);
         rig.start();
+        rig.editor->click(kRadios[Standard]);
+        rig.editor->choose("negative");
         for (const std::uint32_t format : {0x01080001u, kMono12}) {
             const QByteArray pixels(256, 'x');
             QByteArray frame = pixels;
@@ -191,30 +179,25 @@ private slots:
                 code =
                     process(*rig.editor->plugin, format, frame.constData(), frame.data(), 8, 8, &processed);
             };
-            watch(-1, map);
-            QCOMPARE(code, 0);
-            QCOMPARE(processed, std::uint8_t(1));
-            const int requests = g_asked;
-            QVERIFY(requests > 0);
-            frame = pixels;
-            for (int refused = 0; refused < requests; ++refused) {
+            int requests = 0;
+            for (int refused = -1; refused < requests; ++refused) {
                 watch(refused, map);
-                QCOMPARE(code, -3);
-                QCOMPARE(processed, std::uint8_t(0));
-                QVERIFY(frame == pixels);
+                const bool isMapped = refused == -1;
+                QCOMPARE(code, isMapped ? 0 : -3);
+                QCOMPARE(processed, std::uint8_t(isMapped));
+                QCOMPARE(frame == pixels, !isMapped);
                 QCOMPARE(g_alive, 0);
+                requests = isMapped ? g_asked : requests;
+                frame = pixels;
             }
+            QVERIFY(requests > 0);
         }
     }
-
-    void cleanupTestCase() { m_rig.reset(); }
 
 private:
     QLibrary m_library{QStringLiteral(ORLUNE_MODULE)}; // held, so that the module stays where it is
     CreatePluginObjectFunction m_create = nullptr;
     DestoryPluginObjectFunction m_destroy = nullptr;
-    const std::vector<Road> m_roads = makeRoads();
-    std::unique_ptr<Rig> m_rig;
 };
 
 QTEST_MAIN(tst_Memory)
