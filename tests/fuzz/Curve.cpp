@@ -1,6 +1,5 @@
 // The curve engine with any arguments, several calls on one object, against the plain formulas.
 #include <cmath>
-#include <limits>
 
 #include "FuzzInput.h"
 #include "PlainCurve.h"
@@ -11,50 +10,47 @@ using fuzz::require;
 
 namespace {
 
-constexpr std::int32_t kUntouched = -7;
+using Table = std::vector<std::int32_t>;
 
-int takeTone(Input& input)
+struct Tones
 {
-    return input.takeNear(CBezierCurve::kMinTone, CBezierCurve::kMaxTone);
-}
-
-// Hundredths, as the dialog has them, or any double at all.
-double takeGamma(Input& input)
-{
-    return input.takeBelow(2) ? input.takeNear(0, 400) / 100.0 : input.take<double>();
-}
-
-// A table of that depth with its length on the heap; null now and then. A depth outside the limits gets one
-// entry.
-struct Output
-{
-    Output(Input& input, int bits)
-        : size(bits < CBezierCurve::kMinBits || bits > CBezierCurve::kMaxBits ? 1 : 1 << bits),
-          entries(input.take<std::uint8_t>() == 0xff ? nullptr : new std::int32_t[std::size_t(size)])
+    explicit Tones(Input& input)
+        : brightness(input.takeNear(CBezierCurve::kMinTone, CBezierCurve::kMaxTone)),
+          contrast(input.takeNear(CBezierCurve::kMinTone, CBezierCurve::kMaxTone)),
+          // Hundredths, as the dialog has them, or any double at all.
+          gamma(input.takeBelow(2) ? input.takeNear(0, 400) / 100.0 : input.take<double>())
     {
-        if (entries)
-            std::fill_n(entries.get(), size, kUntouched);
     }
 
-    // Of a call with this result; plain() writes the formulas' table.
-    template <class Plain>
-    void check(int code, Plain plain) const
-    {
-        if (code != CBezierCurve::kSuccess) {
-            require(!entries || std::all_of(entries.get(), entries.get() + size,
-                                            [](int v) { return v == kUntouched; }),
-                    "a failed call writes nothing");
-            return;
-        }
-        require(entries != nullptr, "a null table is a failure");
-        std::vector<std::int32_t> wanted(entries.get(), entries.get() + size);
-        plain(wanted.data());
-        require(std::equal(wanted.begin(), wanted.end(), entries.get()), "the table is the formulas' table");
-    }
-
-    int size;
-    std::unique_ptr<std::int32_t[]> entries;
+    int brightness;
+    int contrast;
+    double gamma;
+    double magnitude = std::fabs(gamma); // a negative zero is a zero
 };
+
+// Calls with a copy of the table, its length on the heap, or with null now and then; plain() writes the
+// formulas' table.
+template <class Call, class Plain>
+void compare(Input& input, Table table, Call call, Plain plain)
+{
+    const bool isNull = input.take<std::uint8_t>() == 0xff;
+    const std::unique_ptr<std::int32_t[]> out(isNull ? nullptr : new std::int32_t[table.size()]);
+    if (out)
+        std::copy(table.begin(), table.end(), out.get());
+    if (call(out.get()) == CBezierCurve::kSuccess) {
+        require(out != nullptr, "a null table is a failure");
+        plain(table.data());
+    }
+    require(!out || std::equal(table.begin(), table.end(), out.get()),
+            "the table is the formulas' table, or as it was");
+}
+
+// A depth outside the limits gets one entry.
+Table tableOf(int bits)
+{
+    const bool isDepth = bits >= CBezierCurve::kMinBits && bits <= CBezierCurve::kMaxBits;
+    return Table(isDepth ? std::size_t(1) << bits : 1, -7);
+}
 
 void points(Input& input, CBezierCurve& curve, PlainCurve& plain)
 {
@@ -69,9 +65,8 @@ void points(Input& input, CBezierCurve& curve, PlainCurve& plain)
                      input.take<std::int32_t>()};
     if (sorted)
         std::sort(points.get(), points.get() + size, [](auto& a, auto& b) { return a.x < b.x; });
-    const Output out(input, bits);
-    const int code = curve.CreatePointCurve(points.get(), count, bits, out.entries.get());
-    out.check(code, [&](std::int32_t* table) { plain.PointCurve(points.get(), count, bits, table); });
+    const auto call = [&](auto* out) { return curve.CreatePointCurve(points.get(), count, bits, out); };
+    compare(input, tableOf(bits), call, [&](auto* out) { plain.PointCurve(points.get(), count, bits, out); });
 }
 
 void segment(Input& input, CBezierCurve& curve)
@@ -90,54 +85,47 @@ void segment(Input& input, CBezierCurve& curve)
 
 void tables(Input& input, CBezierCurve& curve, PlainCurve& plain)
 {
-    const int brightness = takeTone(input);
-    const int contrast = takeTone(input);
-    const double gamma = takeGamma(input);
+    const Tones t(input);
     const int bits = input.takeNear(CBezierCurve::kMinBits, CBezierCurve::kMaxBits);
-    const double magnitude = std::fabs(gamma); // a negative zero is a zero
-    {
-        const Output out(input, bits);
-        out.check(curve.CreateGammaLut(gamma, bits, out.entries.get()),
-                  [&](std::int32_t* table) { plain.GammaLut(magnitude, bits, table); });
-    }
-    {
-        const Output out(input, bits);
-        out.check(curve.CreateBrightnessLut(brightness, bits, out.entries.get()),
-                  [&](std::int32_t* table) { plain.BrightnessLut(brightness, bits, table); });
-    }
-    {
-        const Output out(input, bits);
-        out.check(curve.CreateContrastLut(contrast, bits, out.entries.get()),
-                  [&](std::int32_t* table) { plain.ContrastLut(contrast, bits, table); });
-    }
-    const Output out(input, bits);
-    out.check(curve.CreateCompositeLut(brightness, contrast, gamma, bits, out.entries.get()),
-              [&](std::int32_t* table) { plain.CompositeLut(brightness, contrast, magnitude, bits, table); });
+    const Table table = tableOf(bits);
+    compare(
+        input, table, [&](auto* out) { return curve.CreateGammaLut(t.gamma, bits, out); },
+        [&](auto* out) { plain.GammaLut(t.magnitude, bits, out); });
+    compare(
+        input, table, [&](auto* out) { return curve.CreateBrightnessLut(t.brightness, bits, out); },
+        [&](auto* out) { plain.BrightnessLut(t.brightness, bits, out); });
+    compare(
+        input, table, [&](auto* out) { return curve.CreateContrastLut(t.contrast, bits, out); },
+        [&](auto* out) { plain.ContrastLut(t.contrast, bits, out); });
+    compare(
+        input, table,
+        [&](auto* out) { return curve.CreateCompositeLut(t.brightness, t.contrast, t.gamma, bits, out); },
+        [&](auto* out) { plain.CompositeLut(t.brightness, t.contrast, t.magnitude, bits, out); });
 }
 
 void range(Input& input, CBezierCurve& curve, PlainCurve& plain)
 {
-    const int brightness = takeTone(input);
-    const int contrast = takeTone(input);
-    const double gamma = takeGamma(input);
-    const int lo = input.takeNear(0, CBezierCurve::kRangeTableSize - 1);
-    const int hi = input.takeNear(0, CBezierCurve::kRangeTableSize - 1);
+    constexpr int kEntries = CBezierCurve::kRangeTableSize;
+    const Tones t(input);
+    const int lo = input.takeNear(0, kEntries - 1);
+    const int hi = input.takeNear(0, kEntries - 1);
     const bool inLimits = input.takeBelow(4) != 0;
-    const auto table = fuzz::repeated<std::int32_t>(input.takeBytes(input.take<std::uint8_t>()),
-                                                    CBezierCurve::kRangeTableSize);
-    if (inLimits)
-        std::for_each(table.get(), table.get() + CBezierCurve::kRangeTableSize, [](int& v) { v &= 4095; });
-    std::vector<std::int32_t> wanted(table.get(), table.get() + CBezierCurve::kRangeTableSize);
+    const auto pattern = input.takeBytes(input.take<std::uint8_t>());
+    const auto entries = fuzz::repeated<std::int32_t>(pattern, kEntries);
+    Table table(entries.get(), entries.get() + kEntries);
+    for (auto& entry : table)
+        entry &= inLimits ? kEntries - 1 : -1;
 
+    constexpr std::int32_t kUntouched = -7;
     std::int32_t max = kUntouched, min = kUntouched;
-    const int found = curve.FindRangeExtremes(lo, hi, table.get(), &max, &min);
+    const int found = curve.FindRangeExtremes(lo, hi, table.data(), &max, &min);
     require(found == 0 ? min <= table[std::size_t(lo)] && max >= table[std::size_t(hi)]
                        : max == kUntouched && min == kUntouched,
             "the extremes enclose the range, or are not given");
-    if (curve.AdjustLutRange(brightness, contrast, gamma, lo, hi, table.get()) == 0)
-        plain.AdjustRange(brightness, contrast, std::fabs(gamma), lo, hi, wanted.data());
-    require(std::equal(wanted.begin(), wanted.end(), table.get()),
-            "the table is the formulas' table, or as it was");
+    compare(
+        input, table,
+        [&](auto* out) { return curve.AdjustLutRange(t.brightness, t.contrast, t.gamma, lo, hi, out); },
+        [&](auto* out) { plain.AdjustRange(t.brightness, t.contrast, t.magnitude, lo, hi, out); });
 }
 
 } // namespace

@@ -70,15 +70,10 @@ private:
 template <class T>
 std::unique_ptr<T[]> repeated(const std::vector<std::uint8_t>& pattern, std::size_t count)
 {
-    std::unique_ptr<T[]> values(new T[count]);
-    const std::size_t bytes = count * sizeof(T);
+    std::unique_ptr<T[]> values(new T[count]());
     auto* to = reinterpret_cast<std::uint8_t*>(values.get());
-    std::size_t done = std::min(pattern.size(), bytes);
-    std::copy_n(pattern.data(), done, to);
-    if (pattern.empty())
-        std::fill_n(to, bytes, std::uint8_t(0));
-    for (; done > 0 && done < bytes; done += std::min(done, bytes - done))
-        std::copy_n(to, std::min(done, bytes - done), to + done);
+    for (std::size_t i = 0; i < count * sizeof(T) && !pattern.empty(); ++i)
+        to[i] = pattern[i % pattern.size()];
     return values;
 }
 

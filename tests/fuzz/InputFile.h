@@ -11,23 +11,14 @@
 
 namespace fuzz {
 
-class InputFile
+// The file holds these bytes until the next call.
+inline QString pathOf(const std::vector<std::uint8_t>& bytes)
 {
-public:
-    explicit InputFile(const std::vector<std::uint8_t>& bytes) : m_file(memfd_create("input", MFD_CLOEXEC))
-    {
-        require(m_file >= 0 && write(m_file, bytes.data(), bytes.size()) == ssize_t(bytes.size()),
-                "there is memory for a file");
-    }
-    ~InputFile() { close(m_file); }
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
-
-    QString path() const { return QStringLiteral("/proc/self/fd/%1").arg(m_file); }
-
-private:
-    int m_file;
-};
+    static const int file = memfd_create("input", MFD_CLOEXEC);
+    require(ftruncate(file, 0) == 0 && pwrite(file, bytes.data(), bytes.size(), 0) == ssize_t(bytes.size()),
+            "there is memory for a file");
+    return QStringLiteral("/proc/self/fd/%1").arg(file);
+}
 
 } // namespace fuzz
 

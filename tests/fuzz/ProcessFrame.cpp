@@ -3,49 +3,20 @@
 #include <limits>
 
 #include <QSlider>
-#include <QWidget>
 
 #include "FuzzInput.h"
-#include "OffscreenApplication.h"
-#include "plugin/OrlunePlugin.h"
-#include "support/FakeCamera.h"
+#include "PluginWindow.h"
 
 using fuzz::require;
 
 namespace {
 
-struct Format
-{
-    std::uint32_t code;
-    int bits;
-};
-constexpr Format kFormats[] = {
-    {0x01080001, 8},  {0x01080008, 8},  {0x01080009, 8},  {0x0108000A, 8},  {0x0108000B, 8},
-    {0x01100003, 10}, {0x0110000C, 10}, {0x0110000D, 10}, {0x0110000E, 10}, {0x0110000F, 10},
-    {0x01100005, 12}, {0x01100010, 12}, {0x01100011, 12}, {0x01100012, 12}, {0x01100013, 12},
-};
+// Five each of 8, 10 and 12 bits.
+constexpr std::uint32_t kFormats[] = {0x01080001, 0x01080008, 0x01080009, 0x0108000A, 0x0108000B,
+                                      0x01100003, 0x0110000C, 0x0110000D, 0x0110000E, 0x0110000F,
+                                      0x01100005, 0x01100010, 0x01100011, 0x01100012, 0x01100013};
 constexpr std::uint8_t kUntouched = 0xee;
 constexpr std::int64_t kMostPixels = std::numeric_limits<std::int32_t>::max();
-
-struct Running
-{
-    Running()
-    {
-        camera.remove("LUTValueAll");
-        PluginInitParam param{};
-        param.remoteDeviceMap = &camera;
-        param.parentWidget = &parent;
-        require(plugin.InitPlugin(&param) == 0, "the plug-in runs");
-    }
-    void set(const char* slider, int value)
-    {
-        parent.findChild<QSlider*>(QLatin1String(slider))->setValue(value);
-    }
-
-    FakeCamera camera;
-    QWidget parent;
-    OrlunePlugin plugin;
-};
 
 template <class Record>
 Record takeRecord(fuzz::Input& input)
@@ -63,25 +34,23 @@ void processFrame(fuzz::Input& input, OrlunePlugin& plugin)
     FrameResult result{{}, kUntouched, {}};
     const int known = input.take<std::uint8_t>() % 20;
     if (known < 15)
-        in.pixelFormat = kFormats[known].code;
-    const auto* format = std::find_if(std::begin(kFormats), std::end(kFormats),
-                                      [&](const Format& row) { return row.code == in.pixelFormat; });
+        in.pixelFormat = kFormats[known];
+    const auto* format = std::find(std::begin(kFormats), std::end(kFormats), in.pixelFormat);
     const bool mapped = format != std::end(kFormats);
+    const int depth = mapped ? 8 + (format - kFormats) / 5 * 2 : 8;
 
     // A frame that is right as far as its size goes is a small one, and its buffers are just as large.
     if (input.takeBelow(4) != 0) {
         out.width = input.takeBelow(200);
         out.height = input.takeBelow(20);
     }
-    std::int64_t pixels = std::int64_t(out.width) * out.height;
-    const bool sized = out.width >= 1 && out.height >= 1 && pixels <= kMostPixels;
-    if (sized && pixels > 4096) {
+    const auto pixels = [&out] { return std::int64_t(out.width) * out.height; };
+    const bool sized = out.width >= 1 && out.height >= 1 && pixels() <= kMostPixels;
+    if (sized && pixels() > 4096) {
         out.width = 1 + out.width % 64;
         out.height = 1 + out.height % 64;
-        pixels = std::int64_t(out.width) * out.height;
     }
-    const int depth = mapped ? format->bits : 8;
-    const std::size_t bytes = sized ? std::size_t(pixels) * (depth > 8 ? 2 : 1) : 1;
+    const std::size_t bytes = sized ? std::size_t(pixels()) * (depth > 8 ? 2 : 1) : 1;
     const int stage = input.takeNear(1, 1);
     const auto nulls = input.take<std::uint8_t>(); // mostly none
     const bool inPlace = input.takeBelow(2) != 0;
@@ -107,13 +76,20 @@ void processFrame(fuzz::Input& input, OrlunePlugin& plugin)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    fuzz::startApplication();
-    static auto* const running = new Running; // as long as the process
+    static auto* const running = [] { // as long as the process
+        fuzz::startApplication();
+        static FakeCamera camera(false, false);
+        return new fuzz::PluginWindow(camera);
+    }();
+    require(running->code == 0, "the plug-in runs");
     fuzz::Input input(data, size);
     const bool adjusted = input.take<std::uint8_t>() % 8 == 7;
-    running->set("objGammaSlider", adjusted ? input.takeNear(0, 400) : 100);
-    running->set("objBrightnessSlider", adjusted ? input.takeNear(-150, 150) : 0);
-    running->set("objContrastSlider", adjusted ? input.takeNear(-150, 150) : 0);
+    const auto set = [&](const char* slider, int value) {
+        running->parent.findChild<QSlider*>(QLatin1String(slider))->setValue(value);
+    };
+    set("objGammaSlider", adjusted ? input.takeNear(0, 400) : 100);
+    set("objBrightnessSlider", adjusted ? input.takeNear(-150, 150) : 0);
+    set("objContrastSlider", adjusted ? input.takeNear(-150, 150) : 0);
     for (int frame = 0; frame < 4 && !input.isEmpty(); ++frame)
         processFrame(input, running->plugin);
     return 0;

@@ -1,9 +1,9 @@
 #include <sys/stat.h>
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include "lut/StandardCatalogue.h"
+#include "support/TestFolder.h"
 
 using namespace orlune;
 
@@ -12,56 +12,29 @@ class tst_StandardCatalogue : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { m_dir = std::make_unique<QTemporaryDir>(); }
-
-    void NamesAndOrder()
+    void Files()
     {
-        const QString foreign = QString::fromUtf8("曲线"),
-                      longer = "0123456789abcdefgh"; // no trailer holds them
-        for (const QString& name :
-             {QString("srgb.bin"), QString("Log.bin"), QString("cie.bin"), QString("a.old.bin"),
-              QString("a.bin"), QString("b.BIN"), QString(".bin"), foreign + ".bin", longer + ".bin"})
-            Touch(name);
-        QCOMPARE(Names(), (QStringList{"", longer, "a", "cie", "Log", "srgb", foreign}));
-    }
+        const TestFolder folder;
+        const QString foreign = QString::fromUtf8("曲线"), longer = "0123456789abcdefgh"; // beyond a trailer
+        for (const QString& name : {QString("srgb"), QString("Log"), QString("cie"), QString("a.old"),
+                                    QString("a"), QString(""), foreign, longer})
+            folder.put(name + ".bin");
+        folder.put("b.BIN");
+        const QString target = folder.put("target.dat");
+        QVERIFY(QDir(folder.path()).mkdir("directory.bin"));
+        QVERIFY(QFile::link(target, folder.path("link.bin")));
+        QVERIFY(QFile::link(folder.path("absent"), folder.path("dangling.bin")));
+        QVERIFY(QFile::link(folder.path("directory.bin"), folder.path("directorylink.bin")));
+        QCOMPARE(mkfifo(qPrintable(folder.path("pipe.bin")), 0600), 0);
 
-    void Links()
-    {
-        Touch("target.dat");
-        QVERIFY(QDir(m_dir->path()).mkdir("directory.bin"));
-        QVERIFY(QFile::link(m_dir->filePath("target.dat"), m_dir->filePath("link.bin")));
-        QVERIFY(QFile::link(m_dir->filePath("absent"), m_dir->filePath("dangling.bin")));
-        QVERIFY(QFile::link(m_dir->filePath("directory.bin"), m_dir->filePath("directorylink.bin")));
-        QCOMPARE(mkfifo(qPrintable(m_dir->filePath("pipe.bin")), 0600), 0);
-        const auto curves = ScanStandardCatalogue(m_dir->path(), "bin");
-        QCOMPARE(curves.size(), 1);
-        QCOMPARE(curves[0].Name, QString("link"));
-        QCOMPARE(curves[0].Path, QFileInfo(m_dir->filePath("target.dat")).canonicalFilePath());
-    }
-
-    void NothingToScan()
-    {
-        QCOMPARE(ScanStandardCatalogue(m_dir->filePath("absent"), "bin").size(), 0);
-        Touch("file");
-        QCOMPARE(ScanStandardCatalogue(m_dir->filePath("file"), "bin").size(), 0);
-    }
-
-private:
-    void Touch(const QString& name)
-    {
-        QFile file(m_dir->filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-
-    QStringList Names()
-    {
         QStringList names;
-        for (const StandardCurve& curve : ScanStandardCatalogue(m_dir->path(), "bin"))
+        for (const StandardCurve& curve : ScanStandardCatalogue(folder.path(), "bin")) {
             names += curve.Name;
-        return names;
+            const QString file = curve.Name == "link" ? target : folder.path(curve.Name + ".bin");
+            QCOMPARE(curve.Path, QFileInfo(file).canonicalFilePath());
+        }
+        QCOMPARE(names, (QStringList{"", longer, "a", "cie", "link", "Log", "srgb", foreign}));
     }
-
-    std::unique_ptr<QTemporaryDir> m_dir;
 };
 
 QTEST_GUILESS_MAIN(tst_StandardCatalogue)
