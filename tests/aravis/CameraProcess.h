@@ -14,10 +14,7 @@
 class CameraProcess
 {
 public:
-    static constexpr int kAcquisitionMode = 0x12C;
-    static constexpr int kLut = 0xA000;
-    static constexpr int kLutEnable = 0xF010;
-    static constexpr int kUserSetDefault = 0xF018;
+    enum Address { kAcquisitionMode = 0x12C, kLut = 0xA000, kLutEnable = 0xF010, kUserSetDefault = 0xF018 };
 
     ~CameraProcess() { end(); }
 

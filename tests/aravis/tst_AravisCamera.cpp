@@ -52,27 +52,23 @@ class tst_AravisCamera : public QObject
 private slots:
     void nodes()
     {
-        const struct
-        {
-            const char* name;
-            const char* interfaces; // their first letters, in the order below
-            EAccessMode mode;
-        } rows[] = {{"LUTValueAll", "R", RW},
-                    {"LUTSelector", "E", RW},
-                    {"LUTEnable", "B", NI},
-                    {"UnavailableBoolean", "B", NA},
-                    {"TLParamsLocked", "I", RW},
-                    {"HasLUTReg", "I", RO},
-                    {"WriteOnlyInteger", "I", WO},
-                    {"UserSetLoad", "C", RW},
-                    {"Text", "S", RW},
-                    {"Root", "", RO}};
+        // The interfaces by their first letters, in the order below.
+        const std::tuple<const char*, const char*, EAccessMode> rows[] = {{"LUTValueAll", "R", RW},
+                                                                          {"LUTSelector", "E", RW},
+                                                                          {"LUTEnable", "B", NI},
+                                                                          {"UnavailableBoolean", "B", NA},
+                                                                          {"TLParamsLocked", "I", RW},
+                                                                          {"HasLUTReg", "I", RO},
+                                                                          {"WriteOnlyInteger", "I", WO},
+                                                                          {"UserSetLoad", "C", RW},
+                                                                          {"Text", "S", RW},
+                                                                          {"Root", "", RO}};
         OPEN_OR_SKIP();
         const INodeMap& map = *m_camera->remoteNodeMap();
-        for (const auto& row : rows) {
-            INode* node = map.GetNode(row.name);
-            QVERIFY2(node, row.name);
-            QCOMPARE(node->GetName(), GenICam_3_0::gcstring(row.name));
+        for (const auto& [name, interfaces, mode] : rows) {
+            INode* node = map.GetNode(name);
+            QVERIFY2(node, name);
+            QCOMPARE(node->GetName(), GenICam_3_0::gcstring(name));
             QByteArray found;
             found += dynamic_cast<IInteger*>(node) ? "I" : "";
             found += dynamic_cast<IBoolean*>(node) ? "B" : "";
@@ -80,8 +76,8 @@ private slots:
             found += dynamic_cast<ICommand*>(node) ? "C" : "";
             found += dynamic_cast<IEnumeration*>(node) ? "E" : "";
             found += dynamic_cast<IRegister*>(node) ? "R" : "";
-            QVERIFY2(found == row.interfaces, row.name);
-            QVERIFY2(node->GetAccessMode() == row.mode, row.name);
+            QVERIFY2(found == interfaces, name);
+            QVERIFY2(node->GetAccessMode() == mode, name);
         }
         QVERIFY(!map.GetNode("LUTValue") && !map.GetNode(""));
     }
@@ -198,8 +194,7 @@ private slots:
     void incompleteFramesAreCounted()
     {
         OPEN_OR_SKIP("rate=60", "loss=0.01");
-        std::atomic<quint64> whole{0};
-        std::atomic<quint64> numbered{0};
+        std::atomic<quint64> whole{0}, numbered{0};
         m_camera->setFrameSink([&](host::Frame& frame) {
             ++whole;
             numbered = frame.number + 1;

@@ -3,7 +3,6 @@
 #define ORLUNE_TESTS_HOST_STUBPLUGIN_H
 
 #include <atomic>
-#include <cstring>
 
 #include <QStringList>
 #include <QTextCodec>

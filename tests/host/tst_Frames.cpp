@@ -3,7 +3,6 @@
 #include "host/TestFolder.h"
 #include "host/frames/FrameSource.h"
 
-using host::FrameSource;
 using Raw = std::vector<std::uint16_t>;
 
 static const QSize kOwnSize(0, 0);
@@ -20,7 +19,7 @@ class tst_Frames : public QObject
     Raw readScene(const QString& what, QSize size, const char* format, std::uint64_t number = 0)
     {
         const host::PixelFormat* pixelFormat = host::pixelFormatByName(QString::fromLatin1(format));
-        const auto source = FrameSource::open(what, size, *pixelFormat, &m_error, &m_warnings);
+        const auto source = host::FrameSource::open(what, size, *pixelFormat, &m_error, &m_warnings);
         Raw raw;
         if (source)
             source->read(number, raw);
@@ -32,7 +31,6 @@ class tst_Frames : public QObject
     QString m_error;
 
 private slots:
-
     void formatTableIsConsistent()
     {
         QSet<QString> names;

@@ -71,13 +71,15 @@ private slots:
     void failedPluginIsTakenDown()
     {
         QTextCodec* const locale = QTextCodec::codecForLocale(); // file names go through it
-        StubPlugin::log().initResult = -2;
         for (const bool chinese : {false, true}) {
             m_session.reset();
-            takeCalls();
+            StubPlugin::log().initResult = 0;
             open(chinese);
+            takeCalls();
+            StubPlugin::log().initResult = -2;
+            m_session->restartPlugin();
             QCOMPARE(m_started, qMakePair(-2, QString::fromUtf8(chinese ? "内" : "café")));
-            QCOMPARE(takeCalls(), QString("create init uninit destroy"));
+            QCOMPARE(takeCalls(), QString("uninit destroy create init uninit destroy"));
             const auto frame = m_session->firstFrame(std::chrono::seconds(5));
             QVERIFY(frame && !frame->mapped);
         }

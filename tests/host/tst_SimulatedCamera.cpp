@@ -71,10 +71,12 @@ struct Rig
                 first.set_value(frame);
         });
         camera->startStream();
-        const host::Frame frame = first.get_future().get();
+        std::future<host::Frame> arrived = first.get_future();
+        if (arrived.wait_for(std::chrono::seconds(10)) != std::future_status::ready)
+            qFatal("no first frame");
         camera->stopStream();
         camera->setFrameSink({});
-        return frame;
+        return arrived.get();
     }
 
     QString error;
@@ -308,13 +310,11 @@ private slots:
     // What the viewer's command line does not let through.
     void badOptionIsRefused()
     {
-        SimulatedCameraOptions lengthOfNothing, noRate;
-        lengthOfNothing.model = "no-lut";
-        lengthOfNothing.lutBytes = 16424;
-        noRate.frameRate = qQNaN();
         QString error;
-        QVERIFY(!host::makeSimulatedCamera(lengthOfNothing, &error) && error.contains("no-lut"));
-        QVERIFY(!host::makeSimulatedCamera(noRate, &error) && error.contains("0.1"));
+        QVERIFY(!host::makeSimulatedCamera(wideRamp("no-lut", 16424), &error) && error.contains("no-lut"));
+        SimulatedCameraOptions options = wideRamp("lut");
+        options.frameRate = qQNaN();
+        QVERIFY(!host::makeSimulatedCamera(options, &error) && error.contains("0.1"));
     }
 };
 

@@ -64,7 +64,7 @@ private slots:
     void wrongCommandEndsTheScript()
     {
         const std::tuple<const char*, bool, const char*> rows[] = {
-            // whether the lines before run
+            // true: the lines before run
             {"shout\nlater", false, "there is no command \"shout\""},
             {"set\tobjGammaSlider", false, "this command is written: set NAME VALUE"},
             {"wheel objGammaSlider up", false, "this command is written: wheel NAME STEPS"},

@@ -1,5 +1,0 @@
-// A library that is no plug-in.
-extern "C" __attribute__((visibility("default"))) int CreateSomethingElse()
-{
-    return 0;
-}
