@@ -131,8 +131,7 @@ public:
 
     GenApi_3_0::INode* GetNode(const GenICam_3_0::gcstring& name) const override
     {
-        if (mapFailure != Failure::None)
-            fail(mapFailure);
+        fail(mapFailure);
         const auto found = m_nodes.find(name.c_str());
         return found == m_nodes.end() ? nullptr : found->second.get();
     }
@@ -153,16 +152,12 @@ private:
     }
     static void fail(Failure failure)
     {
-        switch (failure) {
-        case Failure::Camera:
+        if (failure == Failure::Camera)
             throw GenICam_3_0::GenericException(kFailureText, __FILE__, __LINE__);
-        case Failure::Standard:
+        if (failure == Failure::Standard)
             throw std::runtime_error(kFailureText);
-        case Failure::Foreign:
+        if (failure == Failure::Foreign)
             throw 42;
-        case Failure::None:
-            break;
-        }
     }
 
     std::map<std::string, std::unique_ptr<Node>> m_nodes;
