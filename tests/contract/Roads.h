@@ -51,8 +51,7 @@ public:
         host::SimulatedCameraOptions options;
         options.model = kind.model;
         options.width = options.height = 8; // no frame is looked at
-        QString error;
-        camera = host::makeSimulatedCamera(options, &error);
+        camera = host::makeSimulatedCamera(options, &m_error);
         resetCamera();
     }
 
@@ -88,16 +87,8 @@ public:
         preparedAndStepped = table();
     }
 
-    QByteArray table() const
-    {
-        QString error;
-        return camera->registerBytes(&error);
-    }
-    QByteArray userSet() const
-    {
-        QString error;
-        return camera->userSetBytes(&error);
-    }
+    QByteArray table() const { return camera->registerBytes(&m_error); }
+    QByteArray userSet() const { return camera->userSetBytes(&m_error); }
     // A fresh camera has another user set selected than the one that the plug-in uses.
     void selectFactorySet()
     {
@@ -149,6 +140,7 @@ public:
 
 private:
     const CameraKind& m_kind;
+    mutable QString m_error; // nobody reads it
 };
 
 struct Road

@@ -25,7 +25,10 @@ public:
         GenICam_3_0::gcstring GetName(bool) const override { return name.c_str(); }
         void touch(const char* operation, bool verify = false, bool ignoreCache = false) const
         {
-            camera->touch(*this, operation, verify, ignoreCache);
+            const QString entry = QString::fromStdString(name) + '.' + operation;
+            if (!entry.endsWith("GetLength") && !entry.endsWith("GetAccessMode"))
+                camera->log << entry + (verify ? "+verify" : "") + (ignoreCache ? "+nocache" : "");
+            fail(failure);
         }
 
         FakeCamera* camera = nullptr;
@@ -143,13 +146,6 @@ public:
     static constexpr char kFailureText[] = "the cable is out";
 
 private:
-    void touch(const Node& node, const char* operation, bool verify, bool ignoreCache)
-    {
-        const QString entry = QString::fromStdString(node.name) + '.' + operation;
-        if (!entry.endsWith("GetLength") && !entry.endsWith("GetAccessMode"))
-            log << entry + (verify ? "+verify" : "") + (ignoreCache ? "+nocache" : "");
-        fail(node.failure);
-    }
     static void fail(Failure failure)
     {
         if (failure == Failure::Camera)
