@@ -51,8 +51,7 @@ public:
         host::SimulatedCameraOptions options;
         options.model = kind.model;
         options.width = options.height = 8; // no frame is looked at
-        QString error;
-        camera = host::makeSimulatedCamera(options, &error);
+        camera = host::makeSimulatedCamera(options, &m_error);
         resetCamera();
     }
 
@@ -88,16 +87,8 @@ public:
         preparedAndStepped = table();
     }
 
-    QByteArray table() const
-    {
-        QString error;
-        return camera->registerBytes(&error);
-    }
-    QByteArray userSet() const
-    {
-        QString error;
-        return camera->userSetBytes(&error);
-    }
+    QByteArray table() const { return camera->registerBytes(&m_error); }
+    QByteArray userSet() const { return camera->userSetBytes(&m_error); }
     // A fresh camera has another user set selected than the one that the plug-in uses.
     void selectFactorySet()
     {
@@ -149,6 +140,7 @@ public:
 
 private:
     const CameraKind& m_kind;
+    mutable QString m_error; // nobody reads it
 };
 
 struct Road
@@ -160,10 +152,10 @@ struct Road
     };
     QByteArray name;
     End failed;
-    bool loads; // the camera's user set
-    std::function<void(Rig&)> before;
     std::function<void(ModuleHost&)> act;
+    std::function<void(Rig&)> before = [](Rig&) {};
 
+    bool loads() const { return name.startsWith("Device"); } // the camera's user set
     void prepareRig(Rig& rig) const
     {
         rig.resetCamera(); // whatever a case before has left behind
@@ -184,36 +176,31 @@ inline void takeSource(ModuleHost& editor, int source)
 inline std::vector<Road> makeRoads()
 {
     std::vector<Road> roads;
-    const auto add = [&](
-                         const QByteArray& name, Road::End failed, std::function<void(ModuleHost&)> act,
-                         std::function<void(Rig&)> before = [](Rig&) {}) {
-        roads.push_back({name, failed, name.startsWith("Device"), before, act});
-    };
     for (const Control& control : kControls) {
-        add(QByteArray(control.edit) + " typed", Road::Restored,
-            [control](ModuleHost& e) { e.type(control.edit, QString::number(control.value)); });
+        const auto type = [=](ModuleHost& e) { e.type(control.edit, QString::number(control.value)); };
+        const auto turn = [=](ModuleHost& e) { e.wheel(control.slider, {0, -120}); };
+        roads.push_back({QByteArray(control.edit) + " typed", Road::Restored, type});
         if (control.slider)
-            add(QByteArray(control.slider) + " stepped", Road::Restored, [control](ModuleHost& e) {
-                e.wheel(control.slider, {0, -120});
-            });
+            roads.push_back({QByteArray(control.slider) + " stepped", Road::Restored, turn});
     }
-    const char* const names[] = {"Standard", "Device", "Lut File", "CSV File", "Default"};
+    const QByteArray names[] = {"Standard", "Device", "Lut File", "CSV File", "Default"};
     for (int source = Standard; source <= Default; ++source) {
-        const auto take = [source](ModuleHost& e) { takeSource(e, source); };
-        add(QByteArray(names[source]) + " taken", Road::Default, take, [source](Rig& rig) {
+        const auto take = [=](ModuleHost& e) { takeSource(e, source); };
+        const auto leave = [=](Rig& rig) {
             if (source == Standard)
                 rig.editor->take(Default);
-        });
-        add(QByteArray(names[source]) + " taken again", Road::Default, take,
-            [take](Rig& rig) { take(*rig.editor); });
+        };
+        roads.push_back({names[source] + " taken", Road::Default, take, leave});
+        roads.push_back(
+            {names[source] + " taken again", Road::Default, take, [take](Rig& rig) { take(*rig.editor); }});
     }
-    add("standard curve chosen", Road::Default, [](ModuleHost& e) { e.choose("lut4_11"); });
+    roads.push_back({"standard curve chosen", Road::Default, [](ModuleHost& e) { e.choose("lut4_11"); }});
     const auto store = [](ModuleHost& e) { e.click("objWriteLutButton"); };
-    add("stored", Road::Kept, store, [store](Rig& rig) { // so that it shows whether anything was stored
-        rig.editor->take(Default);
-        store(*rig.editor);
-        prepare(*rig.editor);
-    });
+    roads.push_back({"stored", Road::Kept, store, [store](Rig& rig) {
+                         rig.editor->take(Default); // so that it shows whether anything was stored
+                         store(*rig.editor);
+                         prepare(*rig.editor);
+                     }});
     return roads;
 }
 

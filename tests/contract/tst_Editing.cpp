@@ -89,23 +89,6 @@ private slots:
         }
     }
 
-    // One box however the edit is left: edit and model agree while it is open.
-    void failedWrite()
-    {
-        Session host;
-        host.failure("LUTValueAll") = FakeCamera::Failure::Camera;
-        for (const Control& row : kControls) {
-            QString shownInBox;
-            host.whileBoxOpen = [&] { shownInBox = host.text(row.edit); };
-            for (const Qt::Key end : {Qt::Key_Return, Qt::Key_Tab}) {
-                host.type(row.edit, QString::number(row.value), end);
-                QCOMPARE(host.takeBoxes(), QStringList{QString("Error|") + FakeCamera::kFailureText});
-                QCOMPARE(shownInBox, QString::number(row.value));
-                QCOMPARE(host.settings(), QString("100 0 0 0 4095"));
-            }
-        }
-    }
-
     void sliderMoves_data() { addRows(kKinds); }
 
     void sliderMoves()
@@ -146,7 +129,6 @@ private slots:
     {
         const std::tuple<const char*, int, double, Qt::MouseButton, int> rows[] = {
             {"just right of the handle", -100, 0.35, Qt::LeftButton, -90},
-            {"far right", -100, 0.99, Qt::LeftButton, -90},
             {"left", 100, 0.2, Qt::LeftButton, 90},
             {"right button", -100, 0.9, Qt::RightButton, -90},
             {"stops at the end", 145, 0.999, Qt::RightButton, 150},
@@ -181,7 +163,7 @@ private slots:
         }
         QVERIFY(slider.value() == 150 && steps > 5);
         QCOMPARE(host.writes(), steps); // every step is written, none twice
-        QCOMPARE(entry(host, 3000), 4061);
+        QCOMPARE(host.contradiction(host.table()), QString());
     }
 
     void unchanged()
@@ -192,9 +174,6 @@ private slots:
         host.type("objGammaLineEdit", "007", Qt::Key_Tab); // the same value, as it was typed
         QCOMPARE(host.text("objGammaLineEdit"), QString("007"));
         QCOMPARE(host.writes(), 1);
-        host.type("objGammaLineEdit", "0");
-        QCOMPARE(entry(host, 4094), 0);
-        QCOMPARE(entry(host, 4095), 4095);
     }
 
     void untouchedOnStart()
@@ -217,12 +196,6 @@ private slots:
             host.wheel("objGammaSlider", {0, 120});
             QCOMPARE(camera.log.contains("LUTEnable.SetTrue+verify"), kind.hasEnable);
         }
-    }
-
-private:
-    static int entry(const Session& host, int i)
-    {
-        return qFromLittleEndian<qint32>(host.table().constData() + 4 * i);
     }
 };
 

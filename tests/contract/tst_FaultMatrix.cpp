@@ -2,7 +2,6 @@
 // is named here: a good run of each road finds them, so a new one is covered by itself.
 #include "contract/Roads.h"
 
-#include <map>
 #include <optional>
 
 using host::AccessFault;
@@ -54,6 +53,17 @@ QString boxOf(const Way& way, const Access& access)
     return "Error|" + text;
 }
 
+// One access on one road that fails in one way.
+struct Case
+{
+    int kind;
+    int road; // -1: the start
+    int at;
+    Way way;
+    Access access;
+    bool isStored; // the user set, by then
+};
+
 // The accesses that an action makes.
 std::vector<Access> accessesOf(Rig& rig, const std::function<void()>& action)
 {
@@ -95,7 +105,7 @@ class tst_FaultMatrix : public QObject
 private slots:
     void start_data()
     {
-        addColumns();
+        QTest::addColumn<int>("row");
         for (int kind = 0; kind < int(std::size(kCameras)); ++kind) {
             Rig rig(kCameras[kind]);
             addRows(kind, -1, "started", accessesOf(rig, [&] { rig.start(); }));
@@ -107,11 +117,8 @@ private slots:
 
     void start()
     {
-        QFETCH(int, kind);
-        QFETCH(int, at);
-        QFETCH(int, way);
-        const Access& access = m_accesses.at({kind, -1})[std::size_t(at - 1)];
-        const auto failure = kWays[way].kind;
+        const auto& [kind, road, at, way, access, isStored] = currentRow(m_cases);
+        const auto failure = way.kind;
         const bool answers = failure == AccessFault::NodeAbsent || failure == AccessFault::NotImplemented ||
                              failure == AccessFault::WrongType; // to the question whether a node is there
         const bool onlyTheName = access.node == "DeviceDisplayName";
@@ -122,7 +129,7 @@ private slots:
 
         Rig rig(kCameras[kind]);
         const QByteArray before = rig.table();
-        runFailing(rig, at, kWays[way], [&] { rig.start(); });
+        runFailing(rig, at, way, [&] { rig.start(); });
         ModuleHost& editor = *rig.editor;
         QCOMPARE(editor.initResult, fails ? -4 : 0);
         QVERIFY(!rig.faults().isArmed());
@@ -157,7 +164,7 @@ private slots:
 
     void road_data()
     {
-        addColumns();
+        QTest::addColumn<int>("row");
         for (int kind = 0; kind < kNoLut; ++kind) {
             Rig& rig = useRig(kind);
             for (int i = 0; i < int(m_roads.size()); ++i) {
@@ -173,87 +180,63 @@ private slots:
 
     void road()
     {
-        QFETCH(int, kind);
-        QFETCH(int, road);
-        QFETCH(int, at);
-        QFETCH(int, way);
-        const std::vector<Access>& accesses = m_accesses.at({kind, road});
-        const Access& failing = accesses[std::size_t(at - 1)];
-        const Road::End end = m_roads[road].failed;
-        Rig& rig = useRig(kind);
+        const Case& row = currentRow(m_cases);
+        const Road& road = m_roads[std::size_t(row.road)];
+        const bool toDefault = road.failed == Road::Default;
+        Rig& rig = useRig(row.kind);
         ModuleHost& editor = *rig.editor;
-        m_roads[road].prepareRig(rig);
+        road.prepareRig(rig);
         const Rig::Seen before = rig.look();
         const QByteArray tableBefore = rig.table();
         const QByteArray userSetBefore = rig.userSet();
 
-        runFailing(rig, at, kWays[way], [&] { m_roads[road].act(editor); });
+        runFailing(rig, row.at, row.way, [&] { road.act(editor); });
         QVERIFY(!rig.faults().isArmed());
 
         // One failure, one box; only that the camera's start set could not be found is not told.
-        const bool silent = failing.node == "UserSetDefault" && (kWays[way].kind == AccessFault::NodeAbsent ||
-                                                                 kWays[way].kind == AccessFault::WrongType);
-        QCOMPARE(editor.takeBoxes(), silent ? QStringList() : QStringList{boxOf(kWays[way], failing)});
+        const auto failure = row.way.kind;
+        const bool isSilent = row.access.node == "UserSetDefault" &&
+                              (failure == AccessFault::NodeAbsent || failure == AccessFault::WrongType);
+        QCOMPARE(editor.takeBoxes(), isSilent ? QStringList() : QStringList{boxOf(row.way, row.access)});
         QVERIFY(rig.bracketsAreClosed());
 
         // The editor is as it was before, or as it was started.
-        QCOMPARE(rig.difference(end == Road::Default ? rig.started : before), QString());
+        QCOMPARE(rig.difference(toDefault ? rig.started : before), QString());
 
         // The camera holds a whole table, the old one or one that it was told to load, and so does its user
         // set.
-        QVERIFY(rig.table() == tableBefore || (m_roads[road].loads && rig.table() == userSetBefore));
-        const auto saved =
-            std::find_if(accesses.begin(), accesses.begin() + at - 1, [](const Access& access) {
-                return access.node == "UserSetSave" && access.operation == NodeOperation::Execute;
-            });
-        QVERIFY(rig.userSet() == (saved == accesses.begin() + at - 1 ? userSetBefore : tableBefore));
+        QVERIFY(rig.table() == tableBefore || (road.loads() && rig.table() == userSetBefore));
+        QVERIFY(rig.userSet() == (row.isStored ? tableBefore : userSetBefore));
 
         // The next good action brings everything together.
         step(editor);
         QCOMPARE(editor.takeBoxes(), QStringList());
         QVERIFY(rig.bracketsAreClosed());
-        QVERIFY(rig.table() == (end == Road::Default ? rig.startedAndStepped : rig.preparedAndStepped));
+        QVERIFY(rig.table() == (toDefault ? rig.startedAndStepped : rig.preparedAndStepped));
         QCOMPARE(rig.contradiction(), QString());
-        if (way == 0) // a file dialog is slow, and another way to fail leaves no other table
+        if (row.way.name == kWays[0].name) // a file dialog is slow, and another way leaves no other table
             QVERIFY(rig.savedTable() == rig.table());
-    }
-
-    // A camera without a table is left alone once the plug-in has started.
-    void withoutLut()
-    {
-        Rig& rig = useRig(kNoLut);
-        for (const Road& road : m_roads) {
-            prepare(*rig.editor);
-            const auto accesses = accessesOf(rig, [&] { road.act(*rig.editor); });
-            QVERIFY2(accesses.empty(), road.name);
-        }
-        QCOMPARE(rig.editor->boxes, QStringList());
     }
 
     void cleanupTestCase() { m_rig.reset(); }
 
 private:
-    static void addColumns()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<int>("road");
-        QTest::addColumn<int>("at");
-        QTest::addColumn<int>("way");
-    }
-
     // A row for every way in which every access can fail.
-
     void addRows(int kind, int road, const QByteArray& name, const std::vector<Access>& accesses)
     {
-        m_accesses[{kind, road}] = accesses;
-        for (std::size_t i = 0; i < accesses.size(); ++i) {
-            for (std::size_t way = 0; way < std::size(kWays); ++way) {
-                if (canFail(kWays[way], accesses[i]))
-                    QTest::addRow("%s, %s, %d. %s %s: %s", kCameras[kind].name, name.constData(), int(i + 1),
-                                  accesses[i].node.c_str(), kOperations[int(accesses[i].operation)],
-                                  kWays[way].name)
-                        << kind << road << int(i + 1) << int(way);
+        bool isStored = false;
+        int at = 0;
+        for (const Access& access : accesses) {
+            ++at;
+            for (const Way& way : kWays) {
+                if (!canFail(way, access))
+                    continue;
+                QTest::addRow("%s, %s, %d. %s %s: %s", kCameras[kind].name, name.constData(), at,
+                              access.node.c_str(), kOperations[int(access.operation)], way.name)
+                    << int(m_cases.size());
+                m_cases.push_back({kind, road, at, way, access, isStored});
             }
+            isStored |= access.node == "UserSetSave" && access.operation == NodeOperation::Execute;
         }
     }
 
@@ -270,8 +253,7 @@ private:
     }
 
     const std::vector<Road> m_roads = makeRoads();
-    std::map<std::pair<int, int>, std::vector<Access>> m_accesses; // by camera and road; the start is road -1
-
+    std::vector<Case> m_cases;
     std::unique_ptr<Rig> m_rig;
     int m_rigKind = -1;
     QByteArray m_startedAndStepped;

@@ -1,6 +1,6 @@
 // The frame path of the built module: what it takes and refuses, and frames from another thread while a
 // person edits.
-#include "contract/ModuleHost.h"
+#include "contract/Roads.h"
 
 #include <atomic>
 #include <set>
@@ -113,25 +113,19 @@ private slots:
                 }
             });
         }
-        for (int round = 0; round < 6; ++round) {
-            std::vector<std::function<void()>> changes;
-            for (const char* slider : {"objGammaSlider", "objBrightnessSlider", "objContrastSlider"}) {
-                for (int step = 0; step < 8; ++step)
-                    changes.push_back([=, &host] { host.wheel(slider, {0, step < 5 ? 120 : -120}); });
-            }
-            changes.push_back([&] { host.type("objLutRangeMinEdit", QString::number(100 + round)); });
-            changes.push_back([&] { host.type("objLutRangeMaxEdit", QString::number(3000 + round)); });
-            changes.push_back([&] { host.take(Standard); });
-            changes.push_back([&] { host.choose(round % 2 == 0 ? "negative" : "lut4_11"); });
-            changes.push_back([&] { host.take(LutFile, "kept.lut"); });
-            changes.push_back([&] { host.wheel("objContrastSlider", {0, 120}); });
-            changes.push_back([&] { host.take(Csv, "kept.csv"); });
+        const std::vector<Road> roads = makeRoads();
+        const auto change = [&](const std::function<void(ModuleHost&)>& act) {
+            act(host);
+            held.insert(mappedRamp(*host.plugin));
+        };
+        for (int round = 0; round < 8; ++round) {
+            for (const Road& road : roads)
+                change(road.act);
+            change([](ModuleHost& e) { e.take(Standard); });
+            change([](ModuleHost& e) { e.choose("negative"); });
+            change(step);
             // Half-filled images, a box, and back to the identity.
-            changes.push_back([&] { host.take(Csv, "broken.csv"); });
-            for (const auto& change : changes) {
-                change();
-                held.insert(mappedRamp(*host.plugin));
-            }
+            change([](ModuleHost& e) { e.take(Csv, "broken.csv"); });
         }
         stop = true;
         for (std::thread& thread : threads)
@@ -141,7 +135,7 @@ private slots:
             for (const Table& table : tables)
                 QVERIFY2(held.count(table), "a frame was mapped by a table that never existed");
         }
-        QCOMPARE(host.boxes.size(), 6);
+        QCOMPARE(host.boxes.size(), 8);
     }
 };
 

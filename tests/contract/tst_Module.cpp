@@ -99,9 +99,8 @@ private slots:
     // What the compiler and the linker put into a release against overruns.
     void hardening()
     {
-#ifndef ORLUNE_READELF
-        QSKIP("no release");
-#else
+        if (!ORLUNE_IS_RELEASE)
+            QSKIP("others are not hardened");
         for (const char* program : {ORLUNE_MODULE, ORLUNE_HOST, ORLUNE_TOOL}) {
             const QString built = outputOf(ORLUNE_READELF, {"--wide", "--file-header", "--program-headers",
                                                             "--dynamic", "--dyn-syms", program});
@@ -111,7 +110,6 @@ private slots:
             // The module makes no call that needs the check at run time.
             QVERIFY(built.contains("__fprintf_chk") || program == QByteArray(ORLUNE_MODULE));
         }
-#endif
     }
 
     void metaObject()
@@ -167,8 +165,7 @@ private slots:
                     {-4, "Get xml value error", "获取设备查找表信息失败"},
                     {-5, "The Lut File is missing, Please Reinstall the installation package",
                      "Lut文件丢失，请重装安装包解决该问题"},
-                    {-6, "", ""},
-                    {1, "", ""}};
+                    {-6, "", ""}};
         FakeCamera camera, info;
         WorkingDirectory directory;
         auto& name = info.add<FakeCamera::String>("DeviceDisplayName").value;
@@ -213,7 +210,6 @@ private slots:
         WorkingDirectory directory;
         ModuleHost host(&camera);
         QCOMPARE(host.messages, QVector<int>()); // nothing that the start does reaches the host
-        QVERIFY(host.plugin->IsDialogHidden());
         for (const int ignored : {3, 0, 10, 1001})
             host.send(ignored);
         QVERIFY(!host.plugin->IsDialogVisible());
@@ -278,10 +274,7 @@ private slots:
         library.unload();
     }
 
-    void transfers_data()
-    {
-        addRows(kTransfers);
-    }
+    void transfers_data() { addRows(kTransfers); }
 
     void transfers()
     {
@@ -315,10 +308,7 @@ private slots:
         }
     }
 
-    void hostLeaves_data()
-    {
-        addRows(kMoments);
-    }
+    void hostLeaves_data() { addRows(kMoments); }
 
     // A host ends the plug-in while one of its operations runs: the camera is gone, say, and a box tells the
     // person so.

@@ -112,19 +112,6 @@ const struct
     {"csv endless line", Csv, None, QByteArray(1 << 20, '7'), kData},
 };
 
-template <class Rows>
-void addRowsOfEachKind(const Rows& rows)
-{
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<int>("row");
-    for (int kind = 0; kind < int(std::size(kKinds)); ++kind) {
-        for (int i = 0; i < int(std::size(rows)); ++i) {
-            if (rows[i].source != Device || kKinds[kind].hasRegister)
-                QTest::addRow("%s, %s", kKinds[kind].name, rows[i].name) << kind << i;
-        }
-    }
-}
-
 } // namespace
 
 class tst_Sources : public QObject
@@ -132,75 +119,78 @@ class tst_Sources : public QObject
     Q_OBJECT
 
 private slots:
-    void outcomes_data() { addRowsOfEachKind(kOutcomes); }
+    void outcomes_data() { addRows(kOutcomes); }
 
     void outcomes()
     {
-        QFETCH(int, kind);
         const auto& row = currentRow(kOutcomes);
         const auto& [settings, standard, current, base] = row.outcome;
-        const bool isWritten = row.source != Device && kKinds[kind].hasRegister;
-        Session host(kKinds[kind]);
-        adjustEverything(host); // so that every column has something to lose
-        if (row.source == Device)
-            host.table() = row.content;
-        else
-            WorkingDirectory::write("table", row.content);
-        host.camera.log.clear();
-        if (row.source == kChosen)
-            host.choose("lut4_11");
-        else
-            host.take(row.source, "table");
-        QCOMPARE(host.writes(), int(isWritten));
-        if (isWritten)
-            QVERIFY(host.table().left(current.size()) == current);
-        compare(host, row.source == kChosen ? Standard : row.source, settings, standard, current);
-        QCOMPARE(host.boxes, QStringList());
-        if (row.source == Csv)
-            return; // nothing can be adjusted
-        // Neutral settings show the base.
-        host.type("objBrightnessLineEdit", "30"); // a change, whatever it was
-        for (int i = 0; i < 5; ++i)
-            host.type(kControls[i].edit, QString::number(kNeutral[i]));
-        QVERIFY(host.save().left(kTableBytes) == base);
+        for (const Kind& kind : kKinds) {
+            if (row.source == Device && !kind.hasRegister)
+                continue;
+            const bool isWritten = row.source != Device && kind.hasRegister;
+            Session host(kind);
+            adjustEverything(host); // so that every column has something to lose
+            if (row.source == Device)
+                host.table() = row.content;
+            else
+                WorkingDirectory::write("table", row.content);
+            host.camera.log.clear();
+            if (row.source == kChosen)
+                host.choose("lut4_11");
+            else
+                host.take(row.source, "table");
+            QCOMPARE(host.writes(), int(isWritten));
+            if (isWritten)
+                QVERIFY(host.table().left(current.size()) == current);
+            compare(host, row.source == kChosen ? Standard : row.source, settings, standard, current);
+            QCOMPARE(host.boxes, QStringList());
+            if (row.source == Csv)
+                continue; // nothing can be adjusted
+            // Neutral settings show the base.
+            host.type("objBrightnessLineEdit", "30"); // a change, whatever it was
+            for (int i = 0; i < 5; ++i)
+                host.type(kControls[i].edit, QString::number(kNeutral[i]));
+            QVERIFY(host.save().left(kTableBytes) == base);
+        }
     }
 
-    void failures_data() { addRowsOfEachKind(kFailures); }
+    void failures_data() { addRows(kFailures); }
 
     void failures()
     {
-        QFETCH(int, kind);
         const auto& row = currentRow(kFailures);
-        const bool hasRegister = kKinds[kind].hasRegister;
-        Session host(kKinds[kind]);
-        adjustEverything(host);
-        if (row.source == Standard)
-            host.choose("lut4_11");
-        const QByteArray before = hasRegister ? host.table() : "";
-        const QString victim =
-            row.source > Device ? "table" : WorkingDirectory::standardPath() + "/lut4_11.bin";
-        WorkingDirectory::write(victim, row.content);
-        if (row.source > Device && row.trouble == Vanishes)
-            host.afterFileChosen = [&] { QFile::remove(victim); };
-        else if (row.trouble == Vanishes || row.trouble == IsDirectory)
-            QVERIFY(QFile::remove(victim) && (row.trouble == Vanishes || QDir().mkdir(victim)));
-        if (row.source == kChosen)
-            host.choose("lut4_11");
-        else
-            host.take(row.source, row.trouble == Cancelled ? QString() : victim);
-        host.afterFileChosen = nullptr;
+        for (const Kind& kind : kKinds) {
+            Session host(kind);
+            adjustEverything(host);
+            if (row.source == Standard)
+                host.choose("lut4_11");
+            const QByteArray before = kind.hasRegister ? host.table() : "";
+            const QString victim =
+                row.source > Device ? "table" : WorkingDirectory::standardPath() + "/lut4_11.bin";
+            WorkingDirectory::write(victim, row.content);
+            if (row.source > Device && row.trouble == Vanishes)
+                host.afterFileChosen = [&] { QFile::remove(victim); };
+            else if (row.trouble == Vanishes || row.trouble == IsDirectory)
+                QVERIFY(QFile::remove(victim) && (row.trouble == Vanishes || QDir().mkdir(victim)));
+            if (row.source == kChosen)
+                host.choose("lut4_11");
+            else
+                host.take(row.source, row.trouble == Cancelled ? QString() : victim);
+            host.afterFileChosen = nullptr;
 
-        // Default, with everything as after the start; the camera is left alone.
-        QCOMPARE(host.takeBoxes(), row.box);
-        compare(host, Default, kUntouched, "lut4_11", image(identity) + QByteArray(40, '\0'));
-        QVERIFY(!hasRegister || host.table() == before);
+            // Default, with everything as after the start; the camera is left alone.
+            QCOMPARE(host.takeBoxes(), row.box);
+            compare(host, Default, kUntouched, "lut4_11", image(identity) + QByteArray(40, '\0'));
+            QVERIFY(!kind.hasRegister || host.table() == before);
 
-        // The next action works, and from the identity.
-        host.type("objGammaLineEdit", "110");
-        host.type("objGammaLineEdit", "100");
-        QCOMPARE(host.boxes, QStringList());
-        QVERIFY(host.save() == kIdentity.current);
-        QVERIFY(!hasRegister || host.table() == kIdentity.current);
+            // The next action works, and from the identity.
+            host.type("objGammaLineEdit", "110");
+            host.type("objGammaLineEdit", "100");
+            QCOMPARE(host.boxes, QStringList());
+            QVERIFY(host.save() == kIdentity.current);
+            QVERIFY(!kind.hasRegister || host.table() == kIdentity.current);
+        }
     }
 
     void roundTrip_data()

@@ -25,7 +25,10 @@ public:
         GenICam_3_0::gcstring GetName(bool) const override { return name.c_str(); }
         void touch(const char* operation, bool verify = false, bool ignoreCache = false) const
         {
-            camera->touch(*this, operation, verify, ignoreCache);
+            const QString entry = QString::fromStdString(name) + '.' + operation;
+            if (!entry.endsWith("GetLength") && !entry.endsWith("GetAccessMode"))
+                camera->log << entry + (verify ? "+verify" : "") + (ignoreCache ? "+nocache" : "");
+            fail(failure);
         }
 
         FakeCamera* camera = nullptr;
@@ -131,8 +134,7 @@ public:
 
     GenApi_3_0::INode* GetNode(const GenICam_3_0::gcstring& name) const override
     {
-        if (mapFailure != Failure::None)
-            fail(mapFailure);
+        fail(mapFailure);
         const auto found = m_nodes.find(name.c_str());
         return found == m_nodes.end() ? nullptr : found->second.get();
     }
@@ -144,25 +146,14 @@ public:
     static constexpr char kFailureText[] = "the cable is out";
 
 private:
-    void touch(const Node& node, const char* operation, bool verify, bool ignoreCache)
-    {
-        const QString entry = QString::fromStdString(node.name) + '.' + operation;
-        if (!entry.endsWith("GetLength") && !entry.endsWith("GetAccessMode"))
-            log << entry + (verify ? "+verify" : "") + (ignoreCache ? "+nocache" : "");
-        fail(node.failure);
-    }
     static void fail(Failure failure)
     {
-        switch (failure) {
-        case Failure::Camera:
+        if (failure == Failure::Camera)
             throw GenICam_3_0::GenericException(kFailureText, __FILE__, __LINE__);
-        case Failure::Standard:
+        if (failure == Failure::Standard)
             throw std::runtime_error(kFailureText);
-        case Failure::Foreign:
+        if (failure == Failure::Foreign)
             throw 42;
-        case Failure::None:
-            break;
-        }
     }
 
     std::map<std::string, std::unique_ptr<Node>> m_nodes;
