@@ -88,10 +88,9 @@ private slots:
         std::atomic<int> newest{0}; // version that is being published or was
         std::atomic<int> reading{kReaders};
         std::atomic<int> wrong{0};
-        std::atomic<bool> writing{true};
         const auto read = [&] {
             int last = 0;
-            for (int taken = 0; taken < kSnapshots && writing;) {
+            for (int taken = 0; taken < kSnapshots;) {
                 const auto snapshot = table.Acquire();
                 const auto second = table.Acquire();
                 const int version = versionOf(snapshot);
@@ -107,17 +106,14 @@ private slots:
         std::vector<std::thread> readers;
         for (int i = 0; i < kReaders; ++i)
             readers.emplace_back(read);
-        for (int version = 1; reading > 0 && version < 500000; ++version) {
+        for (int version = 1; reading > 0; ++version) {
             if (version % 64 == 0)
                 table.Clear();
             newest = version;
             publish(table, version);
         }
-        const int stillReading = reading;
-        writing = false;
         for (std::thread& reader : readers)
             reader.join();
-        QCOMPARE(stillReading, 0);
         QCOMPARE(wrong.load(), 0);
     }
 };

@@ -92,7 +92,7 @@ private slots:
         m_folder->put("inverse.lut", tableOf([](int i) { return 4095 - i; }));
         m_folder->put("identity.lut", identity());
         for (const char* folder : {"in", "in/d.png", "out"})
-            QDir(m_folder->path("")).mkdir(folder);
+            QDir(m_folder->path()).mkdir(folder);
     }
 
     // The picture mapped to a PGM; and to its own form, and from there to a PGM.

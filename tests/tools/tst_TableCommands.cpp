@@ -41,7 +41,6 @@ class tst_TableCommands : public QObject
     {
         return QJsonDocument::fromJson(m_folder->run(line).out).object();
     }
-    QStringList files() const { return QDir(m_folder->path("")).entryList(QDir::AllEntries | QDir::Hidden); }
 
     std::unique_ptr<ToolFolder> m_folder;
 
@@ -50,7 +49,7 @@ private slots:
     {
         m_folder = std::make_unique<ToolFolder>();
         for (const char* folder : {"curves", "taken.lut"})
-            QVERIFY(QDir(m_folder->path("")).mkdir(folder));
+            QVERIFY(QDir(m_folder->path()).mkdir(folder));
         m_folder->put("curves/lut4_11.bin", identity());
         m_folder->put("curves/half.bin", half());
         m_folder->put("identity.lut", identity());
@@ -227,7 +226,11 @@ private slots:
         QVERIFY(m_folder->works("convert sevens.lut x.bin"));
         QCOMPARE(m_folder->get("x.bin"), m_folder->get("sevens.lut"));
         QVERIFY(m_folder->works("convert sevens.lut x.cube"));
-        QVERIFY(m_folder->get("x.cube").contains("\n# standard curve half, gamma 120, "));
+        const QByteArray cube = m_folder->get("x.cube");
+        QVERIFY(cube.startsWith("TITLE \"Orlune camera table\"\n"));
+        QVERIFY(cube.contains("\n# standard curve half, gamma 120, "));
+        QVERIFY(cube.contains("\nLUT_1D_SIZE 4096\nDOMAIN_MIN 0 0 0\nDOMAIN_MAX 1 1 1\n"
+                              "0.001709 0.001709 0.001709\n"));
         const ToolRun toCsv = m_folder->run("convert sevens.lut x.csv");
         QVERIFY2(toCsv.status == 0 && toCsv.err.contains("note:"), toCsv.err);
     }
@@ -272,14 +275,14 @@ private slots:
     void noHalfFile()
     {
         m_folder->put("old.lut", half());
-        const QStringList before = files();
+        const QStringList before = m_folder->names();
         for (const char* out : {"old.lut", "new.lut", "absent/new.lut"})
             QVERIFY(ToolFolder::isRight(
                 out,
                 m_folder->runProgram("sh", {"-c", "trap '' XFSZ; ulimit -f 8; exec \"$@\"", "sh", ORLUNE_LUT,
                                             "make", "--force", "-o", out}),
                 2, "can't be written"));
-        QCOMPARE(files(), before);
+        QCOMPARE(m_folder->names(), before);
         QCOMPARE(m_folder->get("old.lut"), half());
     }
 };
