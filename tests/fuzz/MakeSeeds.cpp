@@ -60,8 +60,6 @@ Seeds handmade()
           seed('\1', 2, 0.0, 0.0, 0.5, 0.7, 1.0, 1.0, 254, 0, 0, 1, 2, '\4', 2.0, -5),
           seed('\2', tones, near(8, 12)), seed('\3', tones, range, 1, kPattern)}},
         {"ProcessFrame", {seed('\7', near(0, 220), near(-150, 10), near(-150, -10), frame)}},
-        // The camera's table with the settings in its trailer; then a slider and an edit.
-        {"Dialog", {seed(1, 3, kTrailer, kPattern, '\2', '\0', 0, near(0, 120), '\1', 1, near(-150, 50))}},
     };
 }
 
