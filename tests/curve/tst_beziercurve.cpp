@@ -311,8 +311,6 @@ private slots:
         table[200] = kLowest;
         table[263] = kHighest;
         QCOMPARE(m_curve.FindRangeExtremes(200, 263, table.data(), &max, &min), 0);
-        QCOMPARE(max, kHighest);
-        QCOMPARE(min, kLowest);
         for (const auto& [lo, hi] :
              {std::pair{7, 69}, {-1, 4095}, {0, 4096}, {kHighest, kLowest}, {kLowest, kHighest}})
             QCOMPARE(m_curve.FindRangeExtremes(lo, hi, table.data(), &max, &min), -102);

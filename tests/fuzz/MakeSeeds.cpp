@@ -52,7 +52,8 @@ Seeds handmade()
     const std::string range = near(0, 100) + near(0, 3000);
     const std::string frame = seed("12345678"s, "abcdefgh"s, '\5', 1, 20, 10, near(1, 1), '\0', 0, kPattern);
     return {
-        {"LutFile", {seed('\1', kTrailer, kRamp)}},
+        {"LutFile",
+         {seed('\1', kTrailer, kRamp), seed('\0', "part"s, "of"s), seed('\0', std::string(100000, 'x'))}},
         {"CsvFile", {seed(std::uint16_t(4096), '\5', "4095\n"s)}},
         {"Register", {seed(1, 64, kRamp), seed(0, 1072, kRamp), seed(0, 40000, kRamp), seed(0, 48, kRamp)}},
         {"Curve",

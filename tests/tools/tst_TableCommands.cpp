@@ -65,22 +65,19 @@ private slots:
 
     void make()
     {
-        const EntryRow bright{{1, 63},      {16, 255},    {100, 639},  {1024, 2047},
-                              {2048, 2906}, {3000, 3551}, {4095, 4095}};
-        const EntryRow halfBright{{0, 0},       {2, 44},      {1000, 1011}, {2000, 1435},
-                                  {3000, 1775}, {4094, 2047}, {4095, 2047}};
-        const EntryRow sevens{{0, 7}, {4095, 7}};
+        const EntryRow bright{{1, 63}, {1024, 2047}, {4095, 4095}}, sevens{{0, 7}, {4095, 7}};
+        const EntryRow halfBright{{0, 0}, {2, 44}, {2000, 1435}, {4094, 2047}, {4095, 2047}};
         const std::tuple<QString, EntryRow, QByteArray> rows[] = {
             {"", {{1, 1}, {2621, 2621}}, ofLut4(100)},
             {"--base lut4_11 --gamma 200", bright, ofLut4(200)},
             {"--base lut4_11 --gamma 150 --brightness 30 --contrast -40",
-             {{1, 28}, {16, 186}, {100, 618}, {1024, 1988}, {2048, 2642}, {3000, 3355}},
+             {{1, 28}, {1024, 1988}, {3000, 3355}},
              trailerOf(150, 30, -40, 0, 4095, "lut4_11")},
             {"--gamma 0 --brightness -150 --contrast 150",
              {{0, 0}, {4094, 0}, {4095, 4095}},
              trailerOf(0, -150, 150, 0, 4095, "lut4_11")},
             {"--gamma 200 --range 100:1000",
-             {{99, 99}, {100, 100}, {101, 127}, {500, 700}, {999, 999}, {1000, 1000}, {1001, 1001}},
+             {{100, 100}, {101, 127}, {500, 700}, {1001, 1001}},
              trailerOf(200, 0, 0, 100, 1000, "lut4_11")},
             {"--base half.lut --gamma 200", halfBright, ""},                      // a file without settings
             {"--base sevens.lut", sevens, trailerOf(120, 0, 5, 0, 4095, "half")}, // a file's, none changed
