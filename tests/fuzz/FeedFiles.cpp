@@ -24,12 +24,9 @@ int main(int argc, char* argv[])
     for (const files::path& path : inputs) {
         std::ifstream file(path, std::ios::binary);
         const std::vector<char> bytes(std::istreambuf_iterator<char>(file), {});
-        if (!file) {
-            std::fprintf(stderr, "can't read %s\n", path.c_str());
-            return 1;
-        }
         std::printf("%s, %zu bytes\n", path.c_str(), bytes.size());
         std::fflush(stdout);
+        fuzz::require(bool(file), "the file is read");
         const std::vector<std::uint8_t> input(bytes.begin(), bytes.end());
         LLVMFuzzerTestOneInput(input.data(), input.size());
     }

@@ -2,10 +2,12 @@
 // directory that holds the standard curves.
 #include <limits>
 
+#include <QApplication>
 #include <QSlider>
 
 #include "FuzzInput.h"
-#include "PluginWindow.h"
+#include "plugin/OrlunePlugin.h"
+#include "support/FakeCamera.h"
 
 using fuzz::require;
 
@@ -17,6 +19,37 @@ constexpr std::uint32_t kFormats[] = {0x01080001, 0x01080008, 0x01080009, 0x0108
                                       0x01100005, 0x01100010, 0x01100011, 0x01100012, 0x01100013};
 constexpr std::uint8_t kUntouched = 0xee;
 constexpr std::int64_t kMostPixels = std::numeric_limits<std::int32_t>::max();
+
+// Without a screen, and silent.
+QApplication* makeApplication()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    static int argc = 1;
+    static char name[] = "fuzz";
+    static char* argv[] = {name, nullptr};
+    return new QApplication(argc, argv);
+}
+
+struct Running
+{
+    Running()
+    {
+        PluginInitParam param{};
+        param.remoteDeviceMap = &camera;
+        param.parentWidget = &parent;
+        require(plugin.InitPlugin(&param) == 0, "the plug-in runs");
+    }
+    void set(const char* slider, int value)
+    {
+        parent.findChild<QSlider*>(QLatin1String(slider))->setValue(value);
+    }
+
+    QApplication* application = makeApplication();
+    FakeCamera camera{false, false};
+    QWidget parent;
+    OrlunePlugin plugin;
+};
 
 template <class Record>
 Record takeRecord(fuzz::Input& input)
@@ -76,20 +109,12 @@ void processFrame(fuzz::Input& input, OrlunePlugin& plugin)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static auto* const running = [] { // as long as the process
-        fuzz::startApplication();
-        static FakeCamera camera(false, false);
-        return new fuzz::PluginWindow(camera);
-    }();
-    require(running->code == 0, "the plug-in runs");
+    static auto* const running = new Running; // as long as the process
     fuzz::Input input(data, size);
     const bool adjusted = input.take<std::uint8_t>() % 8 == 7;
-    const auto set = [&](const char* slider, int value) {
-        running->parent.findChild<QSlider*>(QLatin1String(slider))->setValue(value);
-    };
-    set("objGammaSlider", adjusted ? input.takeNear(0, 400) : 100);
-    set("objBrightnessSlider", adjusted ? input.takeNear(-150, 150) : 0);
-    set("objContrastSlider", adjusted ? input.takeNear(-150, 150) : 0);
+    running->set("objGammaSlider", adjusted ? input.takeNear(0, 400) : 100);
+    running->set("objBrightnessSlider", adjusted ? input.takeNear(-150, 150) : 0);
+    running->set("objContrastSlider", adjusted ? input.takeNear(-150, 150) : 0);
     for (int frame = 0; frame < 4 && !input.isEmpty(); ++frame)
         processFrame(input, running->plugin);
     return 0;

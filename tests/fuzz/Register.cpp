@@ -29,6 +29,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     require(TableToRegister(*image, first.get(), length) == fits, "both ways take the same lengths");
     const auto back = std::make_unique<LutImage>(*image);
     RegisterToTable(first.get(), length, *back);
+    require(fits || (std::count(first.get(), first.get() + bytes, 0) == std::ptrdiff_t(bytes) &&
+                     std::memcmp(back.get(), image.get(), sizeof *image) == 0),
+            "without room nothing is written");
     const auto second = fuzz::repeated<std::uint8_t>({}, bytes);
     TableToRegister(*back, second.get(), length);
     require(std::equal(first.get(), first.get() + bytes, second.get()),

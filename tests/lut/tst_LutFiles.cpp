@@ -105,22 +105,6 @@ class tst_LutFiles : public QObject
 private slots:
     void init() { m_folder = std::make_unique<TestFolder>(); }
 
-    void LutOfLength()
-    {
-        for (const int length : {0, 4095, 16424, 1000000}) { // 4095: part of an entry
-            QByteArray bytes(length, '\0');
-            for (int i = 0; i < length; ++i)
-                bytes[i] = char(i * 7 + 1);
-            const QByteArray expected = bytes.leftJustified(kImageBytes, '\0', true);
-            const QString path = m_folder->put("file", bytes);
-            LutImage current = Filled(1), base = Filled(2), baseOnly = Filled(3);
-            QCOMPARE(ReadLutFile(path, current, base), length == 0 ? int(kInvalidData) : 0);
-            QCOMPARE(ReadBaseLutFile(path, baseOnly), 0);
-            QVERIFY(std::memcmp(ToBytes(current).data(), expected.constData(), kImageBytes) == 0);
-            QVERIFY(Same(current, base) && Same(current, baseOnly));
-        }
-    }
-
     void CsvFile_data() { addRows(kCsvFiles); }
 
     void CsvFile()

@@ -42,27 +42,11 @@ class tst_PublishedTable : public QObject
     Q_OBJECT
 
 private slots:
-    void newestAndHeldTable()
-    {
-        PublishedTable table;
-        auto held = table.Acquire();
-        QCOMPARE(versionOf(held), -1);
-        for (int version = 0; version < 3 * PublishedTable::kSlots; ++version) {
-            publish(table, version);
-            QCOMPARE(versionOf(table.Acquire()), version);
-            if (version == 1)
-                held = table.Acquire();
-        }
-        table.Clear();
-        QCOMPARE(versionOf(table.Acquire()), -1);
-        const auto moved = std::move(held);
-        QCOMPARE(versionOf(moved), 1);
-    }
-
     // With every spare slot held the writer waits for one of them; readers go on with the table from before.
     void onlyTheWriterWaits()
     {
         PublishedTable table;
+        QCOMPARE(versionOf(table.Acquire()), -1);
         std::vector<PublishedTable::Snapshot> held;
         for (int version = 0; version < PublishedTable::kSlots - 1; ++version) {
             publish(table, version);
@@ -76,8 +60,10 @@ private slots:
         writer.join();
         QCOMPARE(whileWaiting, 50);
         QCOMPARE(versionOf(table.Acquire()), 51);
-        for (const auto& snapshot : held)
-            QVERIFY(versionOf(snapshot) >= 0 && versionOf(snapshot) != 3);
+        for (int i = 0; i < int(held.size()); ++i)
+            QCOMPARE(versionOf(held[i]), i < 3 ? i : i + 1);
+        table.Clear();
+        QCOMPARE(versionOf(table.Acquire()), -1);
     }
 
     void readersAndWriter()
@@ -88,10 +74,9 @@ private slots:
         std::atomic<int> newest{0}; // version that is being published or was
         std::atomic<int> reading{kReaders};
         std::atomic<int> wrong{0};
-        std::atomic<bool> writing{true};
         const auto read = [&] {
             int last = 0;
-            for (int taken = 0; taken < kSnapshots && writing;) {
+            for (int taken = 0; taken < kSnapshots;) {
                 const auto snapshot = table.Acquire();
                 const auto second = table.Acquire();
                 const int version = versionOf(snapshot);
@@ -107,17 +92,14 @@ private slots:
         std::vector<std::thread> readers;
         for (int i = 0; i < kReaders; ++i)
             readers.emplace_back(read);
-        for (int version = 1; reading > 0 && version < 500000; ++version) {
+        for (int version = 1; reading > 0; ++version) {
             if (version % 64 == 0)
                 table.Clear();
             newest = version;
             publish(table, version);
         }
-        const int stillReading = reading;
-        writing = false;
         for (std::thread& reader : readers)
             reader.join();
-        QCOMPARE(stillReading, 0);
         QCOMPARE(wrong.load(), 0);
     }
 };

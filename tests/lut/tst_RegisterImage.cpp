@@ -60,17 +60,6 @@ class tst_RegisterImage : public QObject
     Q_OBJECT
 
 private slots:
-    void NoRoom()
-    {
-        for (const qint64 length : {qint64(40), qint64(0), std::numeric_limits<qint64>::min()}) {
-            Bytes bytes(40);
-            LutImage image = StampedIdentity();
-            QVERIFY(!TableToRegister(image, bytes.data(), length));
-            QVERIFY(!RegisterToTable(bytes.data(), length, image));
-            QVERIFY(bytes == Bytes(40) && BytesOf(image) == BytesOf(StampedIdentity()));
-        }
-    }
-
     // The image byte for byte, as far as both reach.
     void WholeBytes()
     {

@@ -141,14 +141,12 @@ void sliderSteps(const char* what, int objects, int count)
 void frames(int count)
 {
     const char* what = "ten frames and a slider step";
-    constexpr int kWidth = 640;
-    constexpr int kHeight = 480;
+    constexpr int kWidth = 640, kHeight = 480;
     Rig rig(kCameras[kNoLut]);
     rig.start();
     rig.editor->show();
     std::atomic<bool> isOver{false};
-    std::atomic<int> mapped{0};
-    std::atomic<int> wrong{0};
+    std::atomic<int> mapped{0}, wrong{0};
     std::thread stream([&] {
         const std::vector<std::uint16_t> frame(kWidth * kHeight, 1234);
         std::vector<std::uint16_t> shown(frame.size());

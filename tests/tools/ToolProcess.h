@@ -2,9 +2,9 @@
 #ifndef ORLUNE_TESTS_TOOLS_TOOLPROCESS_H
 #define ORLUNE_TESTS_TOOLS_TOOLPROCESS_H
 
-#include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
+
+#include "support/TestFolder.h"
 
 struct ToolRun
 {
@@ -13,25 +13,10 @@ struct ToolRun
     QByteArray err;
 };
 
-// A folder that the tool runs in, and the files in it.
-class ToolFolder
+// The folder that the tool runs in.
+class ToolFolder : public TestFolder
 {
 public:
-    QString path(const QString& name) const { return m_dir.filePath(name); }
-
-    void put(const QString& name, const QByteArray& bytes) const
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("no file to test with");
-    }
-
-    QByteArray get(const QString& name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-    }
-
     // The arguments in one line, a blank between them.
     ToolRun run(const QString& line, const QByteArray& in = {}, const QString& outFile = {}) const
     {
@@ -51,9 +36,8 @@ public:
     {
         const bool isSentence =
             run.err.startsWith("orlune-lut: ") && run.err.endsWith('\n') && run.err.count('\n') == 1;
-        const bool right =
-            run.status == status &&
-            (status == 0 ? run.err.isEmpty() : isSentence && run.err.contains(words) && run.out.isEmpty());
+        const bool isRefusal = isSentence && run.err.contains(words) && run.out.isEmpty();
+        const bool right = run.status == status && (status == 0 ? run.err.isEmpty() : isRefusal);
         if (!right)
             qWarning("%s: %d %s", qPrintable(line), run.status, run.err.constData());
         return right;
@@ -63,7 +47,7 @@ public:
                        const QString& outFile = {}) const
     {
         QProcess process;
-        process.setWorkingDirectory(m_dir.path());
+        process.setWorkingDirectory(path());
         if (!outFile.isEmpty())
             process.setStandardOutputFile(outFile);
         process.start(program, arguments);
@@ -73,9 +57,6 @@ public:
         return {ended ? process.exitCode() : -1, process.readAllStandardOutput(),
                 process.readAllStandardError()};
     }
-
-private:
-    QTemporaryDir m_dir;
 };
 
 #endif
