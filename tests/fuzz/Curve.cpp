@@ -1,6 +1,4 @@
 // The curve engine with any arguments, several calls on one object, against the plain formulas.
-#include <cmath>
-
 #include "FuzzInput.h"
 #include "PlainCurve.h"
 #include "curve/BezierCurve.h"
@@ -20,30 +18,37 @@ struct Tones
           // Hundredths, as the dialog has them, or any double at all.
           gamma(input.takeBelow(2) ? input.takeNear(0, 400) / 100.0 : input.take<double>())
     {
+        if (gamma == 0)
+            gamma = 0; // the formulas know no negative one
     }
 
     int brightness;
     int contrast;
     double gamma;
-    double magnitude = std::fabs(gamma); // a negative zero is a zero
 };
 
-// Calls with a copy of the table, its length on the heap, or with null now and then; plain() writes the
-// formulas' table.
-template <class Call, class Plain>
-void compare(Input& input, Table table, Call call, Plain plain)
+struct Engines
 {
-    const bool isNull = input.take<std::uint8_t>() == 0xff;
-    const std::unique_ptr<std::int32_t[]> out(isNull ? nullptr : new std::int32_t[table.size()]);
-    if (out)
-        std::copy(table.begin(), table.end(), out.get());
-    if (call(out.get()) == CBezierCurve::kSuccess) {
-        require(out != nullptr, "a null table is a failure");
-        plain(table.data());
+    // Calls with a copy of the table, its length on the heap, or with null now and then.
+    template <class Call, class Formulas, class... Arguments>
+    void compare(Table table, Call call, Formulas formulas, Arguments... arguments)
+    {
+        const bool isNull = input.take<std::uint8_t>() == 0xff;
+        const std::unique_ptr<std::int32_t[]> out(isNull ? nullptr : new std::int32_t[table.size()]);
+        if (out)
+            std::copy(table.begin(), table.end(), out.get());
+        if ((curve.*call)(arguments..., out.get()) == CBezierCurve::kSuccess) {
+            require(out != nullptr, "a null table is a failure");
+            (plain.*formulas)(arguments..., table.data());
+        }
+        require(!out || std::equal(table.begin(), table.end(), out.get()),
+                "the table is the formulas' table, or as it was");
     }
-    require(!out || std::equal(table.begin(), table.end(), out.get()),
-            "the table is the formulas' table, or as it was");
-}
+
+    Input input;
+    CBezierCurve curve;
+    PlainCurve plain;
+};
 
 // A depth outside the limits gets one entry.
 Table tableOf(int bits)
@@ -52,7 +57,7 @@ Table tableOf(int bits)
     return Table(isDepth ? std::size_t(1) << bits : 1, -7);
 }
 
-void points(Input& input, CBezierCurve& curve, PlainCurve& plain)
+void points(Engines& engines, Input& input)
 {
     const int bits = input.takeNear(CBezierCurve::kMinBits, CBezierCurve::kMaxBits);
     const int count = input.takeNear(CBezierCurve::kMinPoints, CBezierCurve::kMaxPoints);
@@ -65,8 +70,8 @@ void points(Input& input, CBezierCurve& curve, PlainCurve& plain)
                      input.take<std::int32_t>()};
     if (sorted)
         std::sort(points.get(), points.get() + size, [](auto& a, auto& b) { return a.x < b.x; });
-    const auto call = [&](auto* out) { return curve.CreatePointCurve(points.get(), count, bits, out); };
-    compare(input, tableOf(bits), call, [&](auto* out) { plain.PointCurve(points.get(), count, bits, out); });
+    engines.compare(tableOf(bits), &CBezierCurve::CreatePointCurve, &PlainCurve::PointCurve, points.get(),
+                    count, bits);
 }
 
 void segment(Input& input, CBezierCurve& curve)
@@ -83,30 +88,22 @@ void segment(Input& input, CBezierCurve& curve)
             "samples lie within the table's values");
 }
 
-void tables(Input& input, CBezierCurve& curve, PlainCurve& plain)
+void tables(Engines& engines, Input& input)
 {
-    const Tones t(input);
+    const auto [brightness, contrast, gamma] = Tones(input);
     const int bits = input.takeNear(CBezierCurve::kMinBits, CBezierCurve::kMaxBits);
     const Table table = tableOf(bits);
-    compare(
-        input, table, [&](auto* out) { return curve.CreateGammaLut(t.gamma, bits, out); },
-        [&](auto* out) { plain.GammaLut(t.magnitude, bits, out); });
-    compare(
-        input, table, [&](auto* out) { return curve.CreateBrightnessLut(t.brightness, bits, out); },
-        [&](auto* out) { plain.BrightnessLut(t.brightness, bits, out); });
-    compare(
-        input, table, [&](auto* out) { return curve.CreateContrastLut(t.contrast, bits, out); },
-        [&](auto* out) { plain.ContrastLut(t.contrast, bits, out); });
-    compare(
-        input, table,
-        [&](auto* out) { return curve.CreateCompositeLut(t.brightness, t.contrast, t.gamma, bits, out); },
-        [&](auto* out) { plain.CompositeLut(t.brightness, t.contrast, t.magnitude, bits, out); });
+    engines.compare(table, &CBezierCurve::CreateGammaLut, &PlainCurve::GammaLut, gamma, bits);
+    engines.compare(table, &CBezierCurve::CreateBrightnessLut, &PlainCurve::BrightnessLut, brightness, bits);
+    engines.compare(table, &CBezierCurve::CreateContrastLut, &PlainCurve::ContrastLut, contrast, bits);
+    engines.compare(table, &CBezierCurve::CreateCompositeLut, &PlainCurve::CompositeLut, brightness, contrast,
+                    gamma, bits);
 }
 
-void range(Input& input, CBezierCurve& curve, PlainCurve& plain)
+void range(Engines& engines, Input& input)
 {
     constexpr int kEntries = CBezierCurve::kRangeTableSize;
-    const Tones t(input);
+    const auto [brightness, contrast, gamma] = Tones(input);
     const int lo = input.takeNear(0, kEntries - 1);
     const int hi = input.takeNear(0, kEntries - 1);
     const bool inLimits = input.takeBelow(4) != 0;
@@ -118,36 +115,33 @@ void range(Input& input, CBezierCurve& curve, PlainCurve& plain)
 
     constexpr std::int32_t kUntouched = -7;
     std::int32_t max = kUntouched, min = kUntouched;
-    const int found = curve.FindRangeExtremes(lo, hi, table.data(), &max, &min);
+    const int found = engines.curve.FindRangeExtremes(lo, hi, table.data(), &max, &min);
     require(found == 0 ? min <= table[std::size_t(lo)] && max >= table[std::size_t(hi)]
                        : max == kUntouched && min == kUntouched,
             "the extremes enclose the range, or are not given");
-    compare(
-        input, table,
-        [&](auto* out) { return curve.AdjustLutRange(t.brightness, t.contrast, t.gamma, lo, hi, out); },
-        [&](auto* out) { plain.AdjustRange(t.brightness, t.contrast, t.magnitude, lo, hi, out); });
+    engines.compare(table, &CBezierCurve::AdjustLutRange, &PlainCurve::AdjustRange, brightness, contrast,
+                    gamma, lo, hi);
 }
 
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    Input input(data, size);
-    CBezierCurve curve;
-    PlainCurve plain;
+    Engines engines{Input(data, size), {}, {}};
+    Input& input = engines.input;
     for (int call = 0; call < 6 && !input.isEmpty(); ++call) {
         switch (input.take<std::uint8_t>() % 5) {
         case 0:
-            points(input, curve, plain);
+            points(engines, input);
             break;
         case 1:
-            segment(input, curve);
+            segment(input, engines.curve);
             break;
         case 2:
-            tables(input, curve, plain);
+            tables(engines, input);
             break;
         case 3:
-            range(input, curve, plain);
+            range(engines, input);
             break;
         default:
             IntPow(input.take<double>(), input.take<std::int32_t>());
