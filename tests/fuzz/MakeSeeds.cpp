@@ -50,7 +50,9 @@ Seeds handmade()
 {
     const std::string tones = near(-150, 30) + near(-150, -40) + seed(1) + near(0, 220);
     const std::string range = near(0, 100) + near(0, 3000);
-    const std::string frame = seed("12345678"s, "abcdefgh"s, '\5', 1, 20, 10, near(1, 1), '\0', 0, kPattern);
+    const auto frame = [](int stage) {
+        return seed("12345678"s, "abcdefgh"s, '\5', 1, 20, 10, near(1, stage), '\0', 0, kPattern);
+    };
     return {
         {"LutFile",
          {seed('\1', kTrailer, kRamp), seed('\0', "part"s, "of"s), seed('\0', std::string(100000, 'x'))}},
@@ -60,7 +62,8 @@ Seeds handmade()
          {seed('\0', near(8, 12), near(2, 3), 1, 0, 0, 2000, 4000, 4095, 4095),
           seed('\1', 2, 0.0, 0.0, 0.5, 0.7, 1.0, 1.0, 254, 0, 0, 1, 2, '\4', 2.0, -5),
           seed('\2', tones, near(8, 12)), seed('\3', tones, range, 1, kPattern)}},
-        {"ProcessFrame", {seed('\7', near(0, 220), near(-150, 10), near(-150, -10), frame)}},
+        {"ProcessFrame", {seed('\7', near(0, 220), near(-150, 10), near(-150, -10), frame(1), frame(0))}},
+        {"Script", {"wait 1\nnonsense\n"}},
     };
 }
 
