@@ -48,7 +48,7 @@ private slots:
             {two + two + ramp, "once"},
             {two + threeTimes("0"), "ends after 1 of 2"},
             {two + ramp + ramp, "more than 2"},
-            {two + "0 0 0\n1 1 0.5\n", "line 3: the three columns differ"},
+            {two + "0 0 0\n\n1 1 0.5\n", "line 4: the three columns differ"},
             {two + threeTimes("0") + threeTimes("1.001"), "0 to 1"},
             {two + threeTimes("1e300") + threeTimes("1"), "0 to 1"},
             {two + "0 0 0x1\n", "no number"},
