@@ -3,9 +3,9 @@
 #include <atomic>
 
 #include "CameraProcess.h"
-#include "host/TestFolder.h"
 #include "host/aravis/AravisCamera.h"
 #include "host/aravis/UsbAccess.h"
+#include "support/TestFolder.h"
 
 using namespace GenApi_3_0;
 

@@ -1,19 +1,19 @@
 // The built viewer on a camera behind the GigE Vision protocol.
 #include "CameraProcess.h"
-#include "host/TestFolder.h"
+#include "host/ViewerFolder.h"
 
 class tst_ViewerOverGigE : public QObject
 {
     Q_OBJECT
 
-    TestFolder::Run run(const QString& camera, const QByteArray& script, const QString& options = {}) const
+    ViewerFolder::Run run(const QString& camera, const QByteArray& script, const QString& options = {}) const
     {
         m_folder.put("script.txt", script);
-        return m_folder.run(ORLUNE_HOST, "--script script.txt --camera " + camera + ' ' + options);
+        return m_folder.run("--script script.txt --camera " + camera + ' ' + options);
     }
 
     const QString m_real = "aravis:127.0.0.1";
-    const TestFolder m_folder;
+    const ViewerFolder m_folder;
     CameraProcess m_process;
 
 private slots:
@@ -123,11 +123,11 @@ private slots:
         if (!kOwnNetwork)
             QSKIP("a search asks every network, and this system allows none of the test's own");
         m_process.end();
-        const QString nothing = m_folder.run(ORLUNE_HOST, "--list").out;
+        const QString nothing = m_folder.run("--list").out;
         QVERIFY2(nothing.contains("lut-enable ") && nothing.contains("No real camera was found."),
                  qPrintable(nothing));
         START_OR_SKIP(m_process);
-        const QString one = m_folder.run(ORLUNE_HOST, "--list").out;
+        const QString one = m_folder.run("--list").out;
         QVERIFY2(one.contains("aravis:127.0.0.1 ") && one.contains("Aravis Fake T1"), qPrintable(one));
         QVERIFY(!one.contains("No real camera"));
         const QString unknown = run("aravis:Nobody", "quit\n").error;

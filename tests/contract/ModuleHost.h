@@ -255,7 +255,6 @@ public:
 
     // What the next file dialogs are answered with; empty cancels.
     QStringList fileAnswers;
-    QStringList fileDialogs; // "caption|filter" of each
     std::function<void()> afterFileChosen;
 
 protected:
@@ -271,8 +270,6 @@ protected:
         } else if (auto* files = qobject_cast<QFileDialog*>(watched)) {
             if (whileBoxOpen)
                 whileBoxOpen();
-            fileDialogs << files->windowTitle() + QLatin1Char('|') +
-                               files->nameFilters().join(QLatin1String(";;"));
             const QString answer = fileAnswers.isEmpty() ? QString() : fileAnswers.takeFirst();
             QMetaObject::invokeMethod(
                 files,

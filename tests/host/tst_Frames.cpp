@@ -1,7 +1,8 @@
 #include <QBuffer>
+#include <QtTest>
 
-#include "host/TestFolder.h"
 #include "host/frames/FrameSource.h"
+#include "support/TestFolder.h"
 
 using Raw = std::vector<std::uint16_t>;
 

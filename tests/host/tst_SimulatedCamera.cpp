@@ -3,8 +3,10 @@
 #include <atomic>
 #include <future>
 
-#include "host/TestFolder.h"
+#include <QtTest>
+
 #include "host/camera/SimulatedCamera.h"
+#include "support/TestFolder.h"
 
 using namespace GenApi_3_0;
 using host::SimulatedCameraOptions;

@@ -1,6 +1,6 @@
 // The built viewer as a process: what it refuses and how it says so, and the transcripts of its scripts on
 // the built module.
-#include "host/TestFolder.h"
+#include "host/ViewerFolder.h"
 #include "support/Rows.h"
 
 const struct
@@ -22,12 +22,12 @@ class tst_Viewer : public QObject
     Q_OBJECT
 
     // In a folder that a script leaves its files in.
-    std::unique_ptr<TestFolder> m_folder;
+    std::unique_ptr<ViewerFolder> m_folder;
 
 private slots:
     void init()
     {
-        m_folder = std::make_unique<TestFolder>();
+        m_folder = std::make_unique<ViewerFolder>();
         m_folder->put("quit.txt", "quit\n");
     }
 
@@ -53,7 +53,7 @@ private slots:
         QVERIFY(QFile::copy(ORLUNE_EMPTY_MODULE, m_folder->path("empty.plx")));
         QVERIFY(QFile::copy(ORLUNE_STUB_MODULE, m_folder->path("stub.plx")));
         for (const auto& [arguments, exitCode, named] : rows) {
-            const auto run = m_folder->run(ORLUNE_HOST, QString("--script quit.txt ") + arguments);
+            const auto run = m_folder->run(QString("--script quit.txt ") + arguments);
             QVERIFY2(run.error.contains(named), qPrintable(run.error));
             QCOMPARE(run.error.count("orlune-host: "), 1);
             QCOMPARE(run.exitCode, exitCode);
@@ -76,7 +76,7 @@ private slots:
             {"poke nowhere.bin", true, "nowhere.bin cannot be read"}};
         for (const auto& [command, runs, named] : rows) {
             m_folder->put("wrong.txt", QByteArray("# a\r\n  show \r\n\n") + command + "\nhide\n");
-            const auto run = m_folder->run(ORLUNE_HOST, "--script wrong.txt");
+            const auto run = m_folder->run("--script wrong.txt");
             QVERIFY2(run.error.contains(QString("wrong.txt, line 4: ") + named), qPrintable(run.error));
             QCOMPARE(run.exitCode, 2);
             QCOMPARE(run.out.contains("> show"), runs);
@@ -89,12 +89,12 @@ private slots:
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(name);
-        const auto viewer = m_folder->run(ORLUNE_HOST, "", environment);
+        const auto viewer = m_folder->run("", environment);
         QCOMPARE(viewer.exitCode, 1);
         QVERIFY2(viewer.error.contains("no display"), qPrintable(viewer.error));
-        QCOMPARE(m_folder->run(ORLUNE_HOST, "--script quit.txt", environment).exitCode, 0);
+        QCOMPARE(m_folder->run("--script quit.txt", environment).exitCode, 0);
         environment.insert("DISPLAY", ":4095"); // nobody's
-        QCOMPARE(m_folder->run(ORLUNE_HOST, "--version", environment).exitCode, 0);
+        QCOMPARE(m_folder->run("--version", environment).exitCode, 0);
     }
 
     void transcriptIsAsBefore_data() { addRows(kTranscripts); }
@@ -103,7 +103,7 @@ private slots:
         const auto& [name, script, options] = currentRow(kTranscripts);
         QFile expected(QString(ORLUNE_TEST_SCRIPTS "/%1.transcript").arg(name));
         QVERIFY(expected.open(QIODevice::ReadOnly) && QFile::copy(script, m_folder->path("script.txt")));
-        const auto run = m_folder->run(ORLUNE_HOST, QString("--script script.txt ") + options);
+        const auto run = m_folder->run(QString("--script script.txt ") + options);
         QVERIFY2(run.exitCode == 0, qPrintable(run.error));
         const QStringList before = QString::fromUtf8(expected.readAll()).split('\n');
         const QStringList now = run.out.split('\n');

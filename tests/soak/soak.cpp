@@ -186,7 +186,6 @@ void sourceSwitches(int count)
         takeSource(*rig.editor, i % 5);
         surprises += rig.editor->takeBoxes().size() != int(fails) || !rig.bracketsAreClosed();
         rig.editor->takeMessages();
-        rig.editor->fileDialogs.clear();
     });
     if (surprises != 0)
         complain(what, QString("%1 switches did not end as they should").arg(surprises));

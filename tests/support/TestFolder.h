@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 class TestFolder
@@ -11,9 +12,10 @@ class TestFolder
 public:
     QString path(const QString& name = {}) const { return m_dir.filePath(name); }
 
-    // Gives its path.
+    // With the folders on the way to it. Gives its path.
     QString put(const QString& name, const QByteArray& bytes = {}) const
     {
+        QDir().mkpath(QFileInfo(path(name)).path());
         QFile file(path(name));
         if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
             qFatal("no file to test with");
